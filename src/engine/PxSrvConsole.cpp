@@ -1,0 +1,340 @@
+#include "PxSrvConsole.h"
+
+#include "IFrmConsole.h"
+#include "PxErrore.h"
+#include "PxLettoreIni.h"
+#include "PxRigaLog.h"
+#include "PxSrvBkgConsole.h"
+#include "PxSrvEventiServer.h"
+#include "PxSrvServer.h"
+#include "frmApertura.h"
+#include "frmChiusura.h"
+#include "modPriorita.h"
+#include "modTraccia.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QSettings>
+
+#include <sys/types.h>
+#include <unistd.h>
+
+namespace {
+
+PxSrvConsole* gCorrente = nullptr;
+
+constexpr int IntervalloTransizione = 250;
+constexpr int IntervalloInFunzione = 1500;
+
+// The priority class the engine has always asked for: 0x8000 sign-extended, which the
+// platform refuses, so the process keeps its priority. Kept as it is on purpose.
+constexpr quint32 ClassePrioritaRichiesta = 0xFFFF8000u;
+
+} // namespace
+
+PxSrvConsole::PxSrvConsole(QObject* parent) : QObject(parent)
+{
+    // The platform's request-pending and busy-server time-outs have no counterpart here:
+    // calls to the server are direct or queued, never blocked behind a busy dialog.
+    modPriorita::ImpostaClassePriorita(ClassePrioritaRichiesta);
+    connect(&mobjTimer, &QTimer::timeout, this, &PxSrvConsole::mobjTimer_TimerEvent);
+    if (!gCorrente)
+        gCorrente = this;
+}
+
+PxSrvConsole::~PxSrvConsole()
+{
+    mobjTimer.stop();
+    mConsole.reset();
+    mApertura.reset();
+    mChiusura.reset();
+    if (mobjSrvBkgConsoleEventi) {
+        mobjSrvBkgConsoleEventi->Termina();
+        delete mobjSrvBkgConsoleEventi;
+    }
+    if (mCursoreOccupato)
+        QApplication::restoreOverrideCursor();
+    if (modTraccia::Log() == &mLog)
+        modTraccia::ImpostaLog(nullptr);
+    if (gCorrente == this)
+        gCorrente = nullptr;
+}
+
+PxSrvConsole* PxSrvConsole::Corrente() { return gCorrente; }
+
+QString PxSrvConsole::TitoloProgramma() { return QStringLiteral("PlxSrvConsole"); }
+
+qint64 PxSrvConsole::ProcessId() { return static_cast<qint64>(::getpid()); }
+
+void PxSrvConsole::Solleva(qint32 numero) const
+{
+    throw PxErrore(numero, TitoloProgramma(), modErrori::TestoErrore(numero));
+}
+
+void PxSrvConsole::ImpostaCodice(qint32 codice)
+{
+    if (mStato.Codice == codice)
+        return;
+    mStato.Codice = codice;
+    emit mConsoleEventi.CambioStato(codice);
+}
+
+void PxSrvConsole::ImpostaIntervallo(int millisecondi)
+{
+    mobjTimer.setInterval(mStato.Codice == PxConsoleStato::Avviato ? millisecondi : IntervalloTransizione);
+}
+
+QString PxSrvConsole::FileServer(const char* nome) const
+{
+    return mServer ? QDir(mServer->Cartella()).filePath(QString::fromLatin1(nome)) : QString();
+}
+
+void PxSrvConsole::Inizializza()
+{
+    if (mInizializzato)
+        Solleva(modErrori::ErrAzioneNonSupportata);
+    if (!mServer || !mServerEventi)
+        Solleva(modErrori::ErrOggettoMancante);
+    const QFileInfo gui(mPercorsoGui);
+    if (mPercorsoGui.isEmpty() || !gui.exists() || !gui.isDir())
+        Solleva(modErrori::ErrPercorsoNonTrovato);
+
+    mLog.NomeApplicazione = TitoloProgramma();
+    mLog.Cartella = mPercorsoLog;
+    mLog.Abilitato = true;
+    mLog.Apri();
+    modTraccia::ImpostaLog(&mLog);
+
+    mobjSrvBkgConsoleEventi = mServer->CreaBkgConsole();
+    if (mobjSrvBkgConsoleEventi) {
+        connect(mobjSrvBkgConsoleEventi, &PxSrvBkgConsole::Inizio, this, &PxSrvConsole::mobjSrvBkgConsoleEventi_Inizio);
+        connect(mobjSrvBkgConsoleEventi, &PxSrvBkgConsole::Fine, this, &PxSrvConsole::mobjSrvBkgConsoleEventi_Fine);
+        connect(mobjSrvBkgConsoleEventi, &PxSrvBkgConsole::Errore, this, &PxSrvConsole::mobjSrvBkgConsoleEventi_Errore);
+        mobjSrvBkgConsoleEventi->Avvia(mServer->Cartella(), mServer->Identificativo(), mPercorsoGui);
+    }
+
+    const PxLettoreIni ini(FileServer(FileConfigurazione));
+    const QString console = QStringLiteral("Console");
+    mEstensioneFileZip = ini.Stringa(console, QStringLiteral("EstenzioneFileZip"), QStringLiteral(".pxz"), 1024);
+    mMostraStrumentiProcessi = ini.Booleano(console, QStringLiteral("MostraStrumentiProcessi"), false);
+
+    mImpostazioni.Carica(*PxImpostazioni::ApriRegistro());
+    CaricaDocumentoUI();
+
+    mLog.Scrivi(modRigaLog::LivelloDettaglio, mRisorse.LoadDllString(20000));
+    mInizializzato = true;
+    ImpostaCodice(PxConsoleStato::Inizializzato);
+}
+
+void PxSrvConsole::NuovoDocumentoUI()
+{
+    mUIDocumento.reset();
+    pugi::xml_node pi = mUIDocumento.append_child(pugi::node_declaration);
+    pi.append_attribute("version") = "1.0";
+    pi.append_attribute("encoding") = "UTF-8";
+    mUIRoot = mUIDocumento.append_child("PLX");
+}
+
+void PxSrvConsole::CaricaDocumentoUI()
+{
+    const QString file = FileServer(FileUI);
+    const pugi::xml_parse_result esito =
+        mUIDocumento.load_file(file.toUtf8().constData(), pugi::parse_default | pugi::parse_declaration | pugi::parse_ws_pcdata);
+    const pugi::xml_node radice = mUIDocumento.child("PLX");
+    if (esito && radice) {
+        mUIRoot = radice;
+        return;
+    }
+    if (QFileInfo::exists(file))
+        mLog.Scrivi(modRigaLog::LivelloAvviso, QStringLiteral("%1 non valido (%2, posizione %3): nuovo documento")
+                                                   .arg(file, QString::fromUtf8(esito.description()))
+                                                   .arg(esito.offset));
+    NuovoDocumentoUI();
+}
+
+void PxSrvConsole::SalvaDocumentoUI()
+{
+    const QString file = FileServer(FileUI);
+    if (file.isEmpty())
+        return;
+    // Whitespace was kept on load, so the document is written back as it stands.
+    if (!mUIDocumento.save_file(file.toUtf8().constData(), "", pugi::format_raw, pugi::encoding_utf8))
+        mLog.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("Impossibile salvare %1").arg(file));
+}
+
+void PxSrvConsole::Avvia()
+{
+    if (!mInizializzato)
+        Solleva(modErrori::ErrAzioneNonSupportata);
+    if (mStato.Codice != PxConsoleStato::Inizializzato && mStato.Codice != PxConsoleStato::Arrestato)
+        Solleva(modErrori::ErrAzioneNonSupportata);
+    ImpostaCodice(PxConsoleStato::AvvioInCorso);
+    ImpostaIntervallo(IntervalloTransizione);
+    mobjTimer.start();
+}
+
+void PxSrvConsole::Arresta()
+{
+    if (!mInizializzato || mStato.Codice != PxConsoleStato::Avviato)
+        Solleva(modErrori::ErrAzioneNonSupportata);
+    ImpostaCodice(PxConsoleStato::ArrestoInCorso);
+    mChiusura = std::make_unique<frmChiusura>();
+    mChiusura->show();
+    ImpostaIntervallo(IntervalloTransizione);
+}
+
+void PxSrvConsole::Termina()
+{
+    if (!mInizializzato)
+        Solleva(modErrori::ErrAzioneNonSupportata);
+    if (mStato.Codice != PxConsoleStato::Inizializzato && mStato.Codice != PxConsoleStato::Arrestato)
+        Solleva(modErrori::ErrCaricamentoOggetto);
+    mobjTimer.stop();
+    SalvaDocumentoUI();
+    mInizializzato = false;
+    if (mobjSrvBkgConsoleEventi) {
+        mobjSrvBkgConsoleEventi->Termina();
+        disconnect(mobjSrvBkgConsoleEventi, nullptr, this, nullptr);
+        delete mobjSrvBkgConsoleEventi;
+        mobjSrvBkgConsoleEventi = nullptr;
+    }
+    mServer = nullptr;
+    mLog.Scrivi(modRigaLog::LivelloDettaglio, mRisorse.LoadDllString(20001));
+    mLog.Chiudi();
+    if (modTraccia::Log() == &mLog)
+        modTraccia::ImpostaLog(nullptr);
+    ImpostaCodice(PxConsoleStato::Terminato);
+    mServerEventi = nullptr;
+}
+
+void PxSrvConsole::Visualizza()
+{
+    modTraccia::Proteggi("Visualizza", [&] {
+        if (mConsole)
+            mConsole->Mostra();
+    });
+}
+
+void PxSrvConsole::RiavviaConsole()
+{
+    if (mStato.Codice == PxConsoleStato::Avviato && mFase == 0)
+        mFase = 5;
+}
+
+void PxSrvConsole::AvviaLavoro()
+{
+    if (!mFabbrica)
+        return;
+    mConsole = mFabbrica(*this);
+    if (!mConsole)
+        return;
+    mConsole->Inizializza(mApertura.get());
+    mConsole->Mostra();
+}
+
+void PxSrvConsole::ChiudiConsole()
+{
+    if (!mConsole)
+        return;
+    mConsole->Nascondi();
+    mConsole->Termina();
+    mConsole.reset();
+}
+
+void PxSrvConsole::mobjTimer_TimerEvent()
+{
+    // Phases 1 and 3 mark a tick at work (the opening window lets events through while the
+    // main window loads): a tick arriving meanwhile leaves at once and does not re-arm.
+    if (mFase == 1 || mFase == 3)
+        return;
+    modTraccia::Proteggi("mobjTimer_TimerEvent", [&] {
+        switch (mFase) {
+        case 0:
+            if (mStato.Codice == PxConsoleStato::AvvioInCorso) {
+                mFase = 1;
+                mApertura = std::make_unique<frmApertura>(mServer);
+                mApertura->show();
+                mFase = 2;
+            } else if (mStato.Codice == PxConsoleStato::Avviato) {
+                if (!mConsole || !mConsole->Visibile()) {
+                    ImpostaCodice(PxConsoleStato::ArrestoInCorso);
+                    mChiusura = std::make_unique<frmChiusura>();
+                    mChiusura->show();
+                }
+            } else if (mStato.Codice == PxConsoleStato::ArrestoInCorso) {
+                ChiudiConsole();
+                if (mChiusura)
+                    mChiusura->hide();
+                mChiusura.reset();
+                ImpostaCodice(PxConsoleStato::Arrestato);
+            }
+            break;
+        case 2:
+            mFase = 3;
+            AvviaLavoro();
+            mFase = 4;
+            break;
+        case 4:
+            if (mApertura)
+                mApertura->hide();
+            mApertura.reset();
+            mFase = 0;
+            ImpostaCodice(PxConsoleStato::Avviato);
+            break;
+        case 5:
+            ChiudiConsole();
+            NuovoDocumentoUI();
+            AvviaLavoro();
+            mFase = 0;
+            break;
+        default:
+            break;
+        }
+    });
+    // A tick that failed half-way must not leave a phase that blocks every later tick.
+    if (mFase == 1 || mFase == 3)
+        mFase = mFase == 1 ? 2 : 4;
+    ImpostaIntervallo(IntervalloInFunzione);
+}
+
+void PxSrvConsole::mobjSrvBkgConsoleEventi_Inizio()
+{
+    modTraccia::Proteggi("mobjSrvBkgConsoleEventi_Inizio", [&] {
+        mOccupato = true;
+        if (!mCursoreOccupato) {
+            QApplication::setOverrideCursor(Qt::BusyCursor);
+            mCursoreOccupato = true;
+        }
+        if (mConsole) {
+            modTraccia::Proteggi("ConfiguraPulsanti", [&] { mConsole->ConfiguraPulsanti(); });
+            mConsole->AggiornaBarraComandi();
+        }
+    });
+}
+
+void PxSrvConsole::mobjSrvBkgConsoleEventi_Fine()
+{
+    modTraccia::Proteggi("mobjSrvBkgConsoleEventi_Fine", [&] {
+        mOccupato = false;
+        if (mCursoreOccupato) {
+            QApplication::restoreOverrideCursor();
+            mCursoreOccupato = false;
+        }
+        if (mConsole) {
+            modTraccia::Proteggi("ConfiguraPulsanti", [&] { mConsole->ConfiguraPulsanti(); });
+            modTraccia::Proteggi("ConfiguraPulsantiServer", [&] { mConsole->ConfiguraPulsantiServer(); });
+            mConsole->AggiornaBarraComandi();
+        }
+    });
+}
+
+void PxSrvConsole::mobjSrvBkgConsoleEventi_Errore(qint32 numero, const QString& sorgente, const QString& descrizione)
+{
+    mLog.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("mobjSrvBkgConsoleEventi_Errore> %1-%2 (%3)")
+                                                .arg(numero)
+                                                .arg(sorgente, descrizione));
+    // Hiding the main window makes the next tick close the console.
+    if (mConsole)
+        mConsole->Nascondi();
+}

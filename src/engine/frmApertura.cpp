@@ -1,0 +1,111 @@
+#include "frmApertura.h"
+
+#include "PxErrore.h"
+#include "PxSrvServer.h"
+#include "PxSrvServizio.h"
+
+#include <QLabel>
+#include <QProgressBar>
+
+#include <pugixml.hpp>
+
+#include <initializer_list>
+#include <iterator>
+#include <limits>
+
+namespace {
+
+// Service key, and what a present service adds beside its own step: its workers (each
+// counted when present) and the lists whose entries become nodes.
+struct PesoServizio
+{
+    const char* Chiave;
+    std::initializer_list<const char*> Lavoratori;
+    const char* Elenco;     // child element whose children each count 1
+    bool NodoElenco;        // one more step for the list's own node
+};
+
+const PesoServizio Pesi[] = {
+    {"PxSrvFormati", {}, nullptr, false},
+    {"PxSrvFirme", {}, nullptr, false},
+    {"PxSrvAnteprime", {}, "Utenti", true},
+    {"PxSrvStampe", {}, "Stampanti", true},
+    {"PxSrvEmail", {"PxSrvEmlPdfVm", "PxSrvSmtp", "PxSrvRprtEml"}, nullptr, false},
+    {"PxSrvFax", {"PxSrvTifVm", "PxSrvFaxVm", "PxSrvNeFax", "PxSrvRprtFax", "PxSrvNtfcFax"}, nullptr, false},
+    {"PxSrvPFax", {"PxSrvPFaxVm"}, nullptr, false},
+    {"PxSrvEFax", {"PxSrvEFaxPdfVm", "PxSrvEFaxVm"}, nullptr, false},
+    {"PxSrvPbl", {"PxSrvPblPdfVm", "PxSrvPblVm"}, nullptr, false},
+    {"PxSrvFtp", {"PxSrvFtpSrv"}, "FtpClients", false},
+    {"PxSrvImporta", {}, nullptr, false},
+    {"PxSrvWebSrv", {}, nullptr, false},
+    {"PxSrvWebUpdate", {}, nullptr, false},
+};
+
+// The service's description parsed, or an empty document when it is missing or malformed.
+bool Descrizione(const PxSrvServer& server, const char* chiave, pugi::xml_document& doc)
+{
+    const PxSrvServizio* servizio = server.Servizio(QString::fromLatin1(chiave));
+    if (!servizio)
+        return false;
+    const QByteArray xml = servizio->StatoXml().toUtf8();
+    return doc.load_buffer(xml.constData(), static_cast<size_t>(xml.size())) && doc.document_element();
+}
+
+void Aggiungi(qint32& conteggio, qint64 passi)
+{
+    qint32 risultato = 0;
+    if (passi > std::numeric_limits<qint32>::max() || __builtin_add_overflow(conteggio, static_cast<qint32>(passi), &risultato))
+        throw PxErrore(modErrori::ErrOverflow, QStringLiteral("frmApertura"), modErrori::TestoErrore(modErrori::ErrOverflow));
+    conteggio = risultato;
+}
+
+} // namespace
+
+qint32 frmApertura::ContaPassi(const PxSrvServer* server)
+{
+    qint32 conteggio = 1;
+    if (!server)
+        return conteggio;
+    for (const PesoServizio& peso : Pesi) {
+        pugi::xml_document doc;
+        if (!Descrizione(*server, peso.Chiave, doc))
+            continue;
+        Aggiungi(conteggio, 1);
+        if (peso.NodoElenco)
+            Aggiungi(conteggio, 1);
+        if (peso.Elenco) {
+            const pugi::xml_node elenco = doc.document_element().child(peso.Elenco);
+            const auto figli = elenco.children();
+            Aggiungi(conteggio, std::distance(figli.begin(), figli.end()));
+        }
+        for (const char* lavoratore : peso.Lavoratori) {
+            pugi::xml_document docLavoratore;
+            if (Descrizione(*server, lavoratore, docLavoratore))
+                Aggiungi(conteggio, 1);
+        }
+    }
+    return conteggio;
+}
+
+frmApertura::frmApertura(const PxSrvServer* server, QWidget* parent) : frmTransitoria(8003, 8004, parent)
+{
+    setObjectName(QStringLiteral("frmApertura"));
+    mEtichette[0]->setObjectName(QStringLiteral("lblApertura_0"));
+    mEtichette[1]->setObjectName(QStringLiteral("lblApertura_1"));
+    mInformazione->setObjectName(QStringLiteral("lblInformazione"));
+    mBarra->setObjectName(QStringLiteral("prgApertura"));
+    mBarra->setRange(0, ContaPassi(server));
+    mBarra->setValue(0);
+    Completa();
+}
+
+void frmApertura::Avanzamento(const QString& testo)
+{
+    if (mBarra->value() < mBarra->maximum())
+        mBarra->setValue(mBarra->value() + 1);
+    mInformazione->setText(testo);
+}
+
+int frmApertura::Massimo() const { return mBarra->maximum(); }
+int frmApertura::Valore() const { return mBarra->value(); }
+QString frmApertura::Informazione() const { return mInformazione->text(); }

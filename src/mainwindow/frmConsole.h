@@ -1,0 +1,48 @@
+#pragma once
+
+#include "IFrmConsole.h"
+
+#include <QMainWindow>
+
+class PxSrvConsole;
+class QDockWidget;
+class QLabel;
+class QTreeView;
+class frmPosizione;
+
+// The main window: it only assembles the panes. The server tree sits on the left, the
+// content list in the centre, property, log and system-information panes around it.
+// Closing it hides it; the engine notices and closes the console.
+class frmConsole : public QMainWindow, public IFrmConsole
+{
+    Q_OBJECT
+
+public:
+    explicit frmConsole(PxSrvConsole& engine, QWidget* parent = nullptr);
+
+    void Inizializza(frmApertura* apertura) override;
+    void Mostra() override;
+    void Nascondi() override;
+    bool Visibile() const override { return isVisible(); }
+    void Termina() override;
+    void ConfiguraPulsanti() override;
+    void ConfiguraPulsantiServer() override;
+    void AggiornaBarraComandi() override;
+
+    // Makes the node of `chiave` the one on display.
+    void VisualizzaServer(const QString& caption, const QString& chiave);
+    QString ChiaveVisualizzata() const { return mChiaveVisualizzata; }
+    frmPosizione* Posizione() const { return mPosizione; }
+
+protected:
+    void closeEvent(QCloseEvent* evento) override;
+
+private:
+    QDockWidget* AggiungiPannello(int titolo, const char* nome, QWidget* contenuto, Qt::DockWidgetArea area);
+
+    PxSrvConsole& mEngine;
+    frmPosizione* mPosizione;
+    QTreeView* mxrpContenuto;
+    QLabel* mStato;
+    QString mChiaveVisualizzata;
+};

@@ -1,0 +1,120 @@
+#include "RefServizio.h"
+
+#include "PxRigaLog.h"
+
+#include <QDir>
+
+#include <sstream>
+
+namespace {
+
+void ImpostaTesto(pugi::xml_node padre, const char* nome, const QString& valore)
+{
+    pugi::xml_node n = padre.child(nome);
+    if (!n)
+        n = padre.append_child(nome);
+    n.text().set(valore.toUtf8().constData());
+}
+
+} // namespace
+
+RefServizio::RefServizio(const modCatalogo::VoceServizio& voce, const pugi::xml_node& configurazione,
+                         const QString& cartellaLog, QObject* parent)
+    : PxSrvServizio(parent),
+      mVoce(voce),
+      mChiave(QString::fromLatin1(voce.Chiave)),
+      mLog(QDir(cartellaLog).filePath(mChiave + QStringLiteral(".log")))
+{
+    pugi::xml_node radice = mDoc.append_child(voce.Chiave);
+    if (configurazione) {
+        for (const pugi::xml_node figlio : configurazione.children())
+            radice.append_copy(figlio);
+    }
+    // The configured state is where the service starts; a missing or unreadable one means running.
+    const int iniziale = radice.child("Stato").child("Codice").text().as_int(modCatalogo::StatoInFunzione);
+    mCodice = iniziale;
+    pugi::xml_node stato = radice.child("Stato") ? radice.child("Stato") : radice.append_child("Stato");
+    ImpostaTesto(stato, "Codice", QString::number(mCodice));
+    ImpostaTesto(stato, "Descrizione", modCatalogo::DescrizioneStato(mCodice));
+    pugi::xml_node attivita = radice.child("Attivita") ? radice.child("Attivita") : radice.append_child("Attivita");
+    if (!attivita.child("Descrizione"))
+        ImpostaTesto(attivita, "Descrizione", QStringLiteral("In attesa"));
+    pugi::xml_node errore = radice.child("Errore") ? radice.child("Errore") : radice.append_child("Errore");
+    if (!errore.child("Codice"))
+        ImpostaTesto(errore, "Codice", QStringLiteral("0"));
+    if (!errore.child("Descrizione"))
+        ImpostaTesto(errore, "Descrizione", QString());
+    ImpostaTesto(radice, "FileLog", QDir::toNativeSeparators(mLog.Percorso()));
+    Componi();
+}
+
+pugi::xml_node RefServizio::Elemento(const char* nome)
+{
+    pugi::xml_node radice = mDoc.document_element();
+    pugi::xml_node n = radice.child(nome);
+    return n ? n : radice.append_child(nome);
+}
+
+void RefServizio::Componi()
+{
+    std::ostringstream out;
+    mDoc.save(out, "", pugi::format_raw | pugi::format_no_declaration);
+    mStatoXml = QString::fromStdString(out.str());
+}
+
+void RefServizio::Pubblica()
+{
+    Componi();
+    emit StatoXmlCambiato();
+}
+
+void RefServizio::CambiaStato(qint32 codice)
+{
+    if (codice == mCodice)
+        return;
+    mCodice = codice;
+    pugi::xml_node stato = Elemento("Stato");
+    ImpostaTesto(stato, "Codice", QString::number(codice));
+    ImpostaTesto(stato, "Descrizione", modCatalogo::DescrizioneStato(codice));
+    mLog.Scrivi(modRigaLog::LivelloInformazione,
+                QStringLiteral("%1: %2").arg(QString::fromUtf8(mVoce.Nome), modCatalogo::DescrizioneStato(codice)));
+    Pubblica();
+    emit CambioStato();
+}
+
+void RefServizio::Avvia()
+{
+    if (mCodice == 8) // disabled by configuration: it cannot run
+        return;
+    ImpostaErrore(0, QString());
+    CambiaStato(modCatalogo::StatoInFunzione);
+}
+
+void RefServizio::Sospendi()
+{
+    if (mCodice == 8)
+        return;
+    CambiaStato(modCatalogo::StatoSospeso);
+}
+
+void RefServizio::ImpostaAttivita(const QString& attivita)
+{
+    pugi::xml_node n = Elemento("Attivita");
+    if (QString::fromUtf8(n.child("Descrizione").child_value()) == attivita)
+        return;
+    ImpostaTesto(n, "Descrizione", attivita);
+    Pubblica();
+    emit CambioAttivita();
+}
+
+void RefServizio::ImpostaErrore(qint32 codice, const QString& descrizione)
+{
+    pugi::xml_node n = Elemento("Errore");
+    ImpostaTesto(n, "Codice", QString::number(codice));
+    ImpostaTesto(n, "Descrizione", descrizione);
+    Pubblica();
+    if (codice != 0) {
+        mLog.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("Errore %1: %2").arg(codice).arg(descrizione));
+        emit NotificaErrore(codice, descrizione);
+    }
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+
+// Creates a demo server folder: the installation settings, every service's configuration
+// (printers of every model, PDF workers, connected clients, FTP clients) and the log folder.
+// The content is fixed, so the same call always gives the same folder.
+namespace modDemo {
+
+// Writes the demo into `cartella` (created when missing). Returns "" or what went wrong.
+QString CreaServerDemo(const QString& cartella);
+
+// Whether `cartella` already holds a server folder.
+bool EServer(const QString& cartella);
+
+} // namespace modDemo
