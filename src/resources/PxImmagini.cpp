@@ -91,14 +91,15 @@ QIcon Componi(const std::vector<QString>& strati, bool fermo)
 
 QString FileChiave(const QString& chiave)
 {
-    // "DocFaxCollegato" -> "doc-fax-collegato.svg"
-    QString nome;
-    for (const QChar c : chiave) {
-        if (c.isUpper() && !nome.isEmpty())
-            nome += u'-';
-        nome += c.toLower();
-    }
-    return Cartella + nome + u".svg"_s;
+    static const QHash<QString, QString> file{
+        {u"DocStampa"_s, u"doc-stampa"_s},          {u"DocEmail"_s, u"doc-email"_s},
+        {u"DocFax"_s, u"doc-fax"_s},                {u"DocFaxCollegato"_s, u"doc-fax-collegato"_s},
+        {u"DocPFax"_s, u"doc-pfax"_s},              {u"DocEFax"_s, u"doc-efax"_s},
+        {u"DocPbl"_s, u"doc-pbl"_s},                {u"DocPblCollegato"_s, u"doc-pbl-collegato"_s},
+        {u"DocAnteprima"_s, u"doc-anteprima"_s},
+    };
+    const auto it = file.constFind(chiave);
+    return it == file.cend() ? QString() : Cartella + *it + u".svg"_s;
 }
 
 } // namespace
@@ -116,7 +117,8 @@ bool PxImmagini::Esiste(qint32 numero)
 
 bool PxImmagini::EsisteChiave(const QString& chiave)
 {
-    return !chiave.isEmpty() && QFileInfo::exists(FileChiave(chiave));
+    const QString file = FileChiave(chiave);
+    return !file.isEmpty() && QFileInfo::exists(file);
 }
 
 QIcon PxImmagini::Icona(qint32 numero)

@@ -1,0 +1,187 @@
+#include "PxIconResource.h"
+#include "PxRigaLog.h"
+#include "RefBkgConsole.h"
+#include "RefServer.h"
+#include "RefServizio.h"
+#include "modCatalogo.h"
+#include "modDemo.h"
+
+#include <gtest/gtest.h>
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+#include <pugixml.hpp>
+
+namespace {
+
+pugi::xml_document Stato(const PxSrvServizio* s)
+{
+    pugi::xml_document d;
+    EXPECT_TRUE(d.load_string(s->StatoXml().toUtf8().constData()));
+    return d;
+}
+
+QByteArray ImprontaCartella(const QString& cartella)
+{
+    QCryptographicHash h(QCryptographicHash::Sha256);
+    QStringList file;
+    QDirIterator it(cartella, QDir::Files, QDirIterator::Subdirectories);
+    while (it.hasNext())
+        file << it.next();
+    file.sort();
+    for (const QString& f : file) {
+        QFile in(f);
+        EXPECT_TRUE(in.open(QIODevice::ReadOnly));
+        h.addData(QDir(cartella).relativeFilePath(f).toUtf8());
+        h.addData(in.readAll());
+    }
+    return h.result();
+}
+
+class Server : public ::testing::Test
+{
+protected:
+    void SetUp() override { ASSERT_EQ(modDemo::CreaServerDemo(mDir.path()), QString()); }
+    QTemporaryDir mDir;
+};
+
+} // namespace
+
+TEST_F(Server, EveryServiceHasAStateWithTheElementsTheConsoleReads)
+{
+    RefServer s(mDir.path());
+    EXPECT_EQ(s.Stato(), 4);
+    EXPECT_EQ(s.Chiavi().size(), static_cast<qsizetype>(modCatalogo::Voci().size()));
+    for (const modCatalogo::VoceServizio& v : modCatalogo::Voci()) {
+        const PxSrvServizio* servizio = s.Servizio(QString::fromLatin1(v.Chiave));
+        ASSERT_NE(servizio, nullptr) << v.Chiave;
+        const pugi::xml_document d = Stato(servizio);
+        const pugi::xml_node r = d.document_element();
+        EXPECT_STREQ(r.name(), v.Chiave);
+        for (const char* p : {"Stato/Codice", "Stato/Descrizione", "Attivita/Descrizione", "Errore/Codice",
+                              "Errore/Descrizione", "FileLog"})
+            EXPECT_TRUE(r.select_node(p)) << v.Chiave << " lacks " << p;
+        EXPECT_NO_THROW(PxIconResource::CodiceStato(r));
+    }
+    EXPECT_EQ(s.Servizio(QStringLiteral("PxSrvNessuno")), nullptr);
+}
+
+TEST_F(Server, DemoPrintersCoverEveryModelAndTheirIconsCompute)
+{
+    RefServer s(mDir.path());
+    const pugi::xml_document d = Stato(s.Servizio(QStringLiteral("PxSrvStampe")));
+    QSet<int> modelli;
+    bool duePunti = false;
+    const PxIconResource icone;
+    for (const pugi::xml_node p : d.document_element().child("Stampanti").children()) {
+        modelli << p.select_node("Modello/Codice").node().text().as_int(-1);
+        duePunti |= QString::fromUtf8(p.child_value("NomeStampanteWindows")).contains(u':');
+        EXPECT_NO_THROW(icone.IconaSrvStampanteXml(p));
+    }
+    for (int m = 0; m <= 12; ++m)
+        EXPECT_TRUE(modelli.contains(m)) << "no printer of model " << m;
+    EXPECT_TRUE(duePunti);
+    for (const char* k : {"PxSrvEmlPdfVm", "PxSrvPblPdfVm", "PxSrvEFaxPdfVm"}) {
+        const pugi::xml_document w = Stato(s.Servizio(QString::fromLatin1(k)));
+        EXPECT_NO_THROW(icone.IconaSrvEmlPdfVmXml(w.document_element())) << k;
+        EXPECT_STRNE(w.document_element().child_value("NomeStampanteWindows"), "");
+    }
+    const pugi::xml_document a = Stato(s.Servizio(QStringLiteral("PxSrvAnteprime")));
+    for (const pugi::xml_node u : a.document_element().child("Utenti").children())
+        EXPECT_NO_THROW(icone.IconaSrvUtenteXml(u));
+}
+
+TEST_F(Server, StartAndSuspendChangeTheStateAndAreLogged)
+{
+    RefServer s(mDir.path());
+    RefServizio* fax = s.ServizioRef(QStringLiteral("PxSrvFax"));
+    ASSERT_EQ(fax->CodiceStato(), 4);
+    QSignalSpy cambio(fax, &PxSrvServizio::CambioStato);
+    QSignalSpy xml(fax, &PxSrvServizio::StatoXmlCambiato);
+    fax->Sospendi();
+    EXPECT_EQ(cambio.size(), 1);
+    EXPECT_EQ(xml.size(), 1);
+    EXPECT_EQ(PxIconResource().IconaSrvFaxXml(Stato(fax).document_element()), -240);
+    fax->Sospendi(); // already suspended: no event
+    EXPECT_EQ(cambio.size(), 1);
+    fax->Avvia();
+    EXPECT_EQ(cambio.size(), 2);
+    EXPECT_EQ(PxIconResource().IconaSrvFaxXml(Stato(fax).document_element()), 240);
+
+    const QString fileLog = QString::fromUtf8(Stato(fax).document_element().child_value("FileLog"));
+    QFile f(fileLog);
+    ASSERT_TRUE(f.open(QIODevice::ReadOnly)) << qPrintable(fileLog);
+    const QStringList righe = QString::fromUtf8(f.readAll()).split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
+    ASSERT_EQ(righe.size(), 2);
+    EXPECT_TRUE(modRigaLog::Analizza(righe[0])->Testo.contains(QStringLiteral("Sospeso")));
+    EXPECT_TRUE(modRigaLog::Analizza(righe[1])->Testo.contains(QStringLiteral("In funzione")));
+}
+
+TEST_F(Server, ActivityAndErrorsRaiseTheirEvents)
+{
+    RefServer s(mDir.path());
+    RefServizio* tif = s.ServizioRef(QStringLiteral("PxSrvTifVm"));
+    QSignalSpy attivita(tif, &PxSrvServizio::CambioAttivita);
+    QSignalSpy errori(tif, &PxSrvServizio::NotificaErrore);
+    tif->ImpostaAttivita(QStringLiteral("Conversione di 3 documenti"));
+    tif->ImpostaAttivita(QStringLiteral("Conversione di 3 documenti"));
+    EXPECT_EQ(attivita.size(), 1);
+    tif->ImpostaErrore(17, QStringLiteral("Driver non trovato"));
+    ASSERT_EQ(errori.size(), 1);
+    EXPECT_EQ(errori[0][0].toInt(), 17);
+    const pugi::xml_document d = Stato(tif);
+    EXPECT_STREQ(d.document_element().select_node("Errore/Descrizione").node().child_value(), "Driver non trovato");
+    EXPECT_STREQ(d.document_element().select_node("Attivita/Descrizione").node().child_value(), "Conversione di 3 documenti");
+    tif->ImpostaErrore(0, QString());
+    EXPECT_EQ(errori.size(), 1) << "clearing is not an error";
+}
+
+TEST_F(Server, AMalformedConfigurationIsLoggedAndTheServiceStillRuns)
+{
+    QFile f(QDir(RefServer::CartellaServizi(mDir.path())).filePath(QStringLiteral("PxSrvSmtp.xml")));
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    f.write("<PxSrvSmtp><Stato><Codice>4</Codice>");
+    f.close();
+    RefServer s(mDir.path());
+    const PxSrvServizio* smtp = s.Servizio(QStringLiteral("PxSrvSmtp"));
+    ASSERT_NE(smtp, nullptr);
+    EXPECT_EQ(PxIconResource().IconaSrvSmtpXml(Stato(smtp).document_element()), 232);
+    QFile log(QDir(RefServer::CartellaLog(mDir.path())).filePath(QStringLiteral("PxSrvServer.log")));
+    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(log.readAll().contains("PxSrvSmtp.xml non valida"));
+}
+
+TEST_F(Server, BackgroundWorkerReportsAVanishedServerFolderOnce)
+{
+    QTemporaryDir altra;
+    RefBkgConsole bkg;
+    QSignalSpy inizio(&bkg, &PxSrvBkgConsole::Inizio);
+    QSignalSpy fine(&bkg, &PxSrvBkgConsole::Fine);
+    QSignalSpy errore(&bkg, &PxSrvBkgConsole::Errore);
+    bkg.Avvia(altra.path(), QStringLiteral("prova"), altra.path());
+    bkg.Controlla();
+    EXPECT_EQ(inizio.size(), 1);
+    EXPECT_EQ(fine.size(), 1);
+    EXPECT_EQ(errore.size(), 0);
+    ASSERT_TRUE(altra.remove());
+    bkg.Controlla();
+    bkg.Controlla();
+    ASSERT_EQ(errore.size(), 1);
+    EXPECT_EQ(errore[0][0].toInt(), 76);
+    EXPECT_EQ(fine.size(), inizio.size()) << "every start is matched by an end";
+}
+
+TEST(modDemo, SameCallSameFolder)
+{
+    QTemporaryDir a, b;
+    ASSERT_EQ(modDemo::CreaServerDemo(a.path()), QString());
+    ASSERT_EQ(modDemo::CreaServerDemo(b.path()), QString());
+    EXPECT_TRUE(modDemo::EServer(a.path()));
+    EXPECT_FALSE(modDemo::EServer(QDir(a.path()).filePath(QStringLiteral("Log"))));
+    EXPECT_EQ(ImprontaCartella(a.path()), ImprontaCartella(b.path()));
+}

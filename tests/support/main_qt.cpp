@@ -1,0 +1,21 @@
+// Test entry point: a QApplication on the offscreen platform, with the user's settings and
+// data redirected to a temporary folder so that tests never touch the real ones.
+#include <gmock/gmock.h>
+
+#include <QApplication>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+
+int main(int argc, char** argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QTemporaryDir casa;
+    qputenv("XDG_CONFIG_HOME", casa.filePath(QStringLiteral("config")).toUtf8());
+    qputenv("XDG_DATA_HOME", casa.filePath(QStringLiteral("data")).toUtf8());
+    QStandardPaths::setTestModeEnabled(true);
+    ::testing::InitGoogleMock(&argc, argv);
+    QApplication app(argc, argv);
+    app.setQuitOnLastWindowClosed(false);
+    return RUN_ALL_TESTS();
+}
