@@ -14,6 +14,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QMessageBox>
 #include <QStandardPaths>
 #include <QTimer>
@@ -115,19 +116,31 @@ int main(int argc, char* argv[])
                                  QStringLiteral("folder"));
     const QCommandLineOption demo(QStringLiteral("make-demo"), QStringLiteral("Create a demo server folder and exit."),
                                   QStringLiteral("folder"));
+    const QCommandLineOption documenti(QStringLiteral("documents"),
+                                       QStringLiteral("With --make-demo: how many documents (default 2000)."),
+                                       QStringLiteral("n"), QStringLiteral("2000"));
     const QCommandLineOption fotografie(QStringLiteral("screenshots"),
                                        QStringLiteral("Start, save pictures of the windows into a folder, and exit."),
                                        QStringLiteral("folder"));
-    opzioni.addOptions({server, log, gui, demo, fotografie});
+    opzioni.addOptions({server, log, gui, demo, documenti, fotografie});
     opzioni.process(app);
 
     if (opzioni.isSet(demo)) {
-        const QString errore = modDemo::CreaServerDemo(opzioni.value(demo));
+        bool ok = false;
+        const int numero = opzioni.value(documenti).toInt(&ok);
+        if (!ok || numero < 0 || numero > 10'000'000) {
+            Errore(QStringLiteral("--documents wants a number from 0 to 10000000, not \"%1\"").arg(opzioni.value(documenti)));
+            return 2;
+        }
+        QElapsedTimer tempo;
+        tempo.start();
+        const QString errore = modDemo::CreaServerDemo(opzioni.value(demo), numero);
         if (!errore.isEmpty()) {
             Errore(errore);
             return 1;
         }
-        std::printf("demo server folder ready: %s\n", qPrintable(QDir(opzioni.value(demo)).absolutePath()));
+        std::printf("demo server folder ready: %s (%d documents, %lld ms)\n",
+                    qPrintable(QDir(opzioni.value(demo)).absolutePath()), numero, static_cast<long long>(tempo.elapsed()));
         return 0;
     }
 

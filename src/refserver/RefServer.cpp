@@ -2,18 +2,24 @@
 
 #include "PxRigaLog.h"
 #include "PxSrvEventiServer.h"
+#include "PxLettoreIni.h"
 #include "RefBkgConsole.h"
+#include "RefCartellaDocumenti.h"
+#include "RefIngresso.h"
+#include "RefLavoratori.h"
 #include "RefServizio.h"
 #include "RefUsoSistema.h"
+#include "modCartelle.h"
 #include "modCatalogo.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QSysInfo>
 
 QString RefServer::CartellaServizi(const QString& server) { return QDir(server).filePath(QStringLiteral("Servizi")); }
 QString RefServer::CartellaLog(const QString& server) { return QDir(server).filePath(QStringLiteral("Log")); }
 
-RefServer::RefServer(const QString& cartella, QObject* parent)
+RefServer::RefServer(const QString& cartella, Opzioni opzioni, QObject* parent)
     : PxSrvServer(parent),
       mCartella(QDir(cartella).absolutePath()),
       mLog((QDir().mkpath(CartellaLog(mCartella)), QDir(CartellaLog(mCartella)).filePath(QStringLiteral("PxSrvServer.log")))),
@@ -40,6 +46,42 @@ RefServer::RefServer(const QString& cartella, QObject* parent)
         mServizi.insert(chiave, servizio);
         mChiavi << chiave;
     }
+
+    const PxLettoreIni ini(QDir(mCartella).filePath(QStringLiteral("PlxConfigurazione.ini")));
+    const QString sezione = QStringLiteral("Server di riferimento");
+    QElapsedTimer tempo;
+    tempo.start();
+    QList<RefCartellaDocumenti*> cartelle;
+    for (const modCartelle::Definizione& def : modCartelle::Cartelle()) {
+        auto* c = new RefCartellaDocumenti(def, mCartella, mServizi.value(QString::fromLatin1(def.Servizio)),
+                                           mServizi.value(QString::fromLatin1(def.Chiave)), mLog, this);
+        c->ImpostaDestinazioni([this](GenereCartella g) { return Cartella(g); });
+        c->ImpostaEstensioneZip(ini.Stringa(QStringLiteral("Console"), QStringLiteral("EstenzioneFileZip"), QStringLiteral(".pxz"), 1024));
+        mCartelle.insert(c->Chiave(), c);
+        cartelle << c;
+    }
+    int documenti = 0;
+    for (RefCartellaDocumenti* c : std::as_const(cartelle))
+        documenti += c->Carica();
+    mLog.Scrivi(modRigaLog::LivelloInformazione,
+                QStringLiteral("%1 documenti caricati in %2 ms").arg(documenti).arg(tempo.elapsed()));
+
+    mLavoratori = new RefLavoratori(cartelle, [this](const QString& chiave) { return mServizi.value(chiave); }, this);
+    mLavoratori->ImpostaPercentualeRespinti(ini.Intero(sezione, QStringLiteral("PercentualeRespinti"), 5));
+    mLavoratori->ImpostaPerPasso(ini.Intero(sezione, QStringLiteral("DocumentiPerPasso"), 3));
+    for (RefCartellaDocumenti* c : std::as_const(cartelle)) {
+        auto* ingresso = new RefIngresso(mCartella, *c, *mServizi.value(c->ChiaveServizio()), mLog, this);
+        mIngressi.insert(c->ChiaveServizio(), ingresso);
+        if (opzioni.Automatico)
+            ingresso->Avvia(ini.Intero(sezione, QStringLiteral("IntervalloIngresso"), 1000));
+    }
+    if (opzioni.Automatico)
+        mLavoratori->ImpostaIntervallo(ini.Intero(sezione, QStringLiteral("IntervalloLavoro"), 2000));
+}
+
+RefCartellaDocumenti* RefServer::Cartella(GenereCartella genere) const
+{
+    return mCartelle.value(QString::fromLatin1(modCartelle::Di(genere).Chiave));
 }
 
 RefServer::~RefServer()
@@ -54,10 +96,7 @@ QString RefServer::Identificativo() const
 
 PxSrvServizio* RefServer::Servizio(const QString& chiave) const { return mServizi.value(chiave); }
 
-PxSrvCartellaDocumenti* RefServer::CartellaDocumenti(const QString&) const
-{
-    return nullptr; // the document folders come with the documents
-}
+PxSrvCartellaDocumenti* RefServer::CartellaDocumenti(const QString& chiave) const { return mCartelle.value(chiave); }
 
 QStringList RefServer::Chiavi() const { return mChiavi; }
 

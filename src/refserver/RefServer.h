@@ -1,6 +1,7 @@
 #pragma once
 
 #include "PxSrvServer.h"
+#include "DatiDocumento.h"
 #include "RefLog.h"
 
 #include <QHash>
@@ -8,6 +9,9 @@
 #include <memory>
 
 class PxSrvEventiServer;
+class RefCartellaDocumenti;
+class RefIngresso;
+class RefLavoratori;
 class RefServizio;
 class RefUsoSistema;
 
@@ -16,6 +20,13 @@ class RefUsoSistema;
 //   PlxConfigurazione.ini       installation settings (sections "Console", "Server anteprime")
 //   Servizi/<Chiave>.xml        each service's configuration, the base of its state XML
 //   Log/<Chiave>.log            each service's log; Log/PxSrvServer.log the server's own
+//   Documenti/<Cartella>/Coda_<n>/<id>/   the documents (see RefCartellaDocumenti)
+//   Ingresso/<Servizio>/        where print jobs are dropped (see RefIngresso)
+//   LavoriRespinti/<Servizio>/  jobs whose header could not be read
+//
+// Section "Server di riferimento" of PlxConfigurazione.ini sets the pace of the workers:
+// IntervalloLavoro (ms, default 2000), PercentualeRespinti (default 5), DocumentiPerPasso
+// (default 3), IntervalloIngresso (ms, default 1000).
 //
 // A configuration file that is missing or malformed leaves that service with its live
 // elements only, and a line in the server's log; the server never refuses to start for it.
@@ -24,7 +35,13 @@ class RefServer : public PxSrvServer
     Q_OBJECT
 
 public:
-    explicit RefServer(const QString& cartella, QObject* parent = nullptr);
+    struct Opzioni
+    {
+        bool Automatico = true; // workers and input folders on timers; false: a caller drives them
+    };
+
+    explicit RefServer(const QString& cartella, QObject* parent = nullptr) : RefServer(cartella, Opzioni{}, parent) {}
+    RefServer(const QString& cartella, Opzioni opzioni, QObject* parent = nullptr);
     ~RefServer() override;
 
     QString Cartella() const override { return mCartella; }
@@ -38,6 +55,10 @@ public:
     PxSrvUsoSistema* UsoSistema() const override;
 
     RefServizio* ServizioRef(const QString& chiave) const { return mServizi.value(chiave); }
+    RefCartellaDocumenti* Cartella(GenereCartella genere) const;
+    RefCartellaDocumenti* CartellaRef(const QString& chiave) const { return mCartelle.value(chiave); }
+    RefLavoratori& Lavoratori() const { return *mLavoratori; }
+    RefIngresso* Ingresso(const QString& servizio) const { return mIngressi.value(servizio); }
     RefLog& Log() { return mLog; }
 
     static QString CartellaServizi(const QString& server);
@@ -48,6 +69,9 @@ private:
     RefLog mLog;
     qint32 mStato = 4;
     QHash<QString, RefServizio*> mServizi;
+    QHash<QString, RefCartellaDocumenti*> mCartelle;
+    QHash<QString, RefIngresso*> mIngressi;
+    RefLavoratori* mLavoratori = nullptr;
     QStringList mChiavi;
     PxSrvEventiServer* mEventi;
     RefUsoSistema* mUsoSistema;

@@ -32,6 +32,10 @@ public:
     pugi::xml_node Elemento(const char* nome);
     // Call after changing elements through Elemento(): republishes the state XML.
     void Pubblica();
+    // Raises DocumentoSpostato for a document of one of this service's folders.
+    void AnnunciaSpostamento(qint32 coda, const QString& id, const QString& nodo) { emit DocumentoSpostato(coda, id, nodo); }
+    // Reports progress of the work under way.
+    void AnnunciaAvanzamento(const QString& attivita, qint32 fatti, qint32 totale) { emit Avanzamento(attivita, fatti, totale); }
 
 public slots:
     void Avvia() override;

@@ -150,7 +150,7 @@ bool EServer(const QString& cartella)
         && QFileInfo(RefServer::CartellaServizi(cartella)).isDir();
 }
 
-QString CreaServerDemo(const QString& cartella)
+QString CreaServerDemo(const QString& cartella, int documenti, quint64 seme)
 {
     const QDir radice(cartella);
     if (!QDir().mkpath(RefServer::CartellaServizi(cartella)) || !QDir().mkpath(RefServer::CartellaLog(cartella)))
@@ -167,7 +167,13 @@ QString CreaServerDemo(const QString& cartella)
         "VelocitaAggiorNamentoGrafico=1000\r\n"
         "\r\n"
         "[Server anteprime]\r\n"
-        "IndirizzoPredefinito=127.0.0.1\r\n";
+        "IndirizzoPredefinito=127.0.0.1\r\n"
+        "\r\n"
+        "[Server di riferimento]\r\n"
+        "IntervalloLavoro=2000\r\n"
+        "PercentualeRespinti=5\r\n"
+        "DocumentiPerPasso=3\r\n"
+        "IntervalloIngresso=1000\r\n";
     if (QString errore = Scrivi(radice.filePath(QStringLiteral("PlxConfigurazione.ini")), ini); !errore.isEmpty())
         return errore;
 
@@ -197,7 +203,7 @@ QString CreaServerDemo(const QString& cartella)
         if (!doc.save_file(file.toUtf8().constData(), "  ", pugi::format_indent, pugi::encoding_utf8))
             return QStringLiteral("Impossibile scrivere %1").arg(file);
     }
-    return {};
+    return documenti > 0 ? CreaDocumentiDemo(cartella, documenti, seme) : QString();
 }
 
 } // namespace modDemo

@@ -46,7 +46,7 @@ public slots:
     // The output file (PDF, TIFF) of document `id`, "" when it has none.
     virtual QString FileOutput(const QString& id) = 0;
     // The document object: <Documento Tipo="..." Id="..."><Proprieta>...</Proprieta>
-    // <File>...</File></Documento>; "" when unknown.
+    // <ElencoFile><File><Percorso/><Nome/></File>...</ElencoFile></Documento>; "" when unknown.
     virtual QString Documento(const QString& id) = 0;
 
 signals:

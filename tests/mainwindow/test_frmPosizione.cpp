@@ -21,7 +21,7 @@ class Albero : public ::testing::Test
 protected:
     void SetUp() override
     {
-        ASSERT_EQ(modDemo::CreaServerDemo(mDir.path()), QString());
+        ASSERT_EQ(modDemo::CreaServerDemo(mDir.path(), 0), QString());
         mServer = std::make_unique<RefServer>(mDir.path());
         e.SetSrvServer(mServer.get());
         e.SetServerEventi(mServer->Eventi());

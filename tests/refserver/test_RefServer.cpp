@@ -46,7 +46,7 @@ QByteArray ImprontaCartella(const QString& cartella)
 class Server : public ::testing::Test
 {
 protected:
-    void SetUp() override { ASSERT_EQ(modDemo::CreaServerDemo(mDir.path()), QString()); }
+    void SetUp() override { ASSERT_EQ(modDemo::CreaServerDemo(mDir.path(), 0), QString()); }
     QTemporaryDir mDir;
 };
 
@@ -179,8 +179,8 @@ TEST_F(Server, BackgroundWorkerReportsAVanishedServerFolderOnce)
 TEST(modDemo, SameCallSameFolder)
 {
     QTemporaryDir a, b;
-    ASSERT_EQ(modDemo::CreaServerDemo(a.path()), QString());
-    ASSERT_EQ(modDemo::CreaServerDemo(b.path()), QString());
+    ASSERT_EQ(modDemo::CreaServerDemo(a.path(), 0), QString());
+    ASSERT_EQ(modDemo::CreaServerDemo(b.path(), 0), QString());
     EXPECT_TRUE(modDemo::EServer(a.path()));
     EXPECT_FALSE(modDemo::EServer(QDir(a.path()).filePath(QStringLiteral("Log"))));
     EXPECT_EQ(ImprontaCartella(a.path()), ImprontaCartella(b.path()));

@@ -1,0 +1,583 @@
+#include "RefCartellaDocumenti.h"
+
+#include "PxRigaLog.h"
+#include "RefLog.h"
+#include "RefServizio.h"
+#include "modProprieta.h"
+#include "modFileDocumento.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QMetaObject>
+#include <QSaveFile>
+
+#include <pugixml.hpp>
+
+#include <algorithm>
+#include <sstream>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Appends `testo` escaped for XML character data; control characters other than tab and
+// line breaks are dropped, since XML 1.0 cannot carry them.
+void Escape(QByteArray& out, const QString& testo)
+{
+    const QByteArray utf8 = testo.toUtf8();
+    for (const char c : utf8) {
+        switch (c) {
+        case '&': out += "&amp;"; break;
+        case '<': out += "&lt;"; break;
+        case '>': out += "&gt;"; break;
+        default:
+            if (static_cast<unsigned char>(c) >= 0x20 || c == '\t' || c == '\n' || c == '\r')
+                out += c;
+        }
+    }
+}
+
+QString Priorita(qint32 p)
+{
+    switch (p) {
+    case 1: return u"Alta"_s;
+    case 2: return u"Urgente"_s;
+    default: return u"Normale"_s;
+    }
+}
+
+QString Campo(const DatiDocumento& d, modCartelle::Campo c)
+{
+    using enum modCartelle::Campo;
+    switch (c) {
+    case Descrizione: return d.Descrizione;
+    case Stato: return d.Stato;
+    case Utente: return d.Utente;
+    case Sigla: return d.Sigla;
+    case Numero: return QString::number(d.NumeroTarquel);
+    case Stampante: return d.Stampante;
+    case A: return d.A;
+    case Cc: return d.Cc;
+    case Ccn: return d.Ccn;
+    case Priorita: return ::Priorita(d.Priorita);
+    case PrefissoInternazionale: return d.PrefissoInternazionale;
+    case PrefissoLocale: return d.PrefissoLocale;
+    case NumeroFax: return d.NumeroFax;
+    case KeyUtente: return d.KeyUtente;
+    case Pagine: return QString::number(d.Pagine);
+    case Ip: return d.Ip;
+    case Inserito: return modDate::Testo(d.Inserito);
+    case Elaborato: return modDate::Testo(d.Elaborato);
+    }
+    return {};
+}
+
+// The selected ids of a selection document, without repeats; nullopt when it does not parse.
+std::optional<QStringList> Selezione(const QString& xml)
+{
+    pugi::xml_document doc;
+    const QByteArray utf8 = xml.toUtf8();
+    if (!doc.load_buffer(utf8.constData(), static_cast<size_t>(utf8.size())) || !doc.document_element())
+        return std::nullopt;
+    QStringList id;
+    for (const pugi::xml_node n : doc.document_element().children("ID")) {
+        const QString testo = QString::fromUtf8(n.child_value()).trimmed();
+        if (!testo.isEmpty() && !id.contains(testo))
+            id << testo;
+    }
+    return id;
+}
+
+} // namespace
+
+RefCartellaDocumenti::RefCartellaDocumenti(const modCartelle::Definizione& definizione, const QString& cartellaServer,
+                                           RefServizio* servizio, RefServizio* stato, RefLog& logServer, QObject* parent)
+    : PxSrvCartellaDocumenti(parent),
+      mDef(definizione),
+      mRadice(RadiceDi(definizione, cartellaServer)),
+      mServizio(servizio),
+      mStato(stato),
+      mLogServer(logServer),
+      mCode(static_cast<size_t>(definizione.NumeroCode))
+{
+}
+
+QString RefCartellaDocumenti::RadiceDi(const modCartelle::Definizione& def, const QString& cartellaServer)
+{
+    return QDir(cartellaServer).filePath(u"Documenti/"_s + QString::fromLatin1(def.Chiave));
+}
+
+QString RefCartellaDocumenti::CartellaCoda(qint32 coda) const
+{
+    return mRadice + u"/Coda_"_s + QString::number(coda);
+}
+
+QString RefCartellaDocumenti::CartellaDi(const DatiDocumento& d) const
+{
+    return CartellaCoda(d.Coda) + u'/' + d.Id;
+}
+
+QString RefCartellaDocumenti::NuovoId()
+{
+    QString id;
+    do {
+        id = QStringLiteral("%1-%2").arg(QString::fromLatin1(mDef.Prefisso)).arg(mProssimoId++, 6, 10, QChar(u'0'));
+    } while (mIndice.contains(id));
+    return id;
+}
+
+const DatiDocumento* RefCartellaDocumenti::Trova(const QString& id) const
+{
+    const auto it = mIndice.constFind(id);
+    return it == mIndice.cend() ? nullptr : &it->Dati;
+}
+
+QStringList RefCartellaDocumenti::Coda(qint32 coda, int massimo) const
+{
+    QStringList id;
+    if (coda < 0 || coda >= mDef.NumeroCode)
+        return id;
+    for (const auto& [ordine, documento] : mCode[static_cast<size_t>(coda)]) {
+        if (massimo >= 0 && id.size() >= massimo)
+            break;
+        id << documento;
+    }
+    return id;
+}
+
+qsizetype RefCartellaDocumenti::Conteggio(qint32 coda) const
+{
+    return coda < 0 || coda >= mDef.NumeroCode ? 0 : static_cast<qsizetype>(mCode[static_cast<size_t>(coda)].size());
+}
+
+void RefCartellaDocumenti::Inserisci(DatiDocumento d)
+{
+    const quint64 ordine = mProssimoOrdine++;
+    mCode[static_cast<size_t>(d.Coda)].emplace(ordine, d.Id);
+    const QString id = d.Id;
+    mIndice.insert(id, Voce{std::move(d), ordine});
+}
+
+void RefCartellaDocumenti::Registra(const DatiDocumento& d, const QString& testo) const
+{
+    if (d.FileLog.isEmpty())
+        return;
+    RefLog(CartellaDi(d) + u'/' + d.FileLog).Scrivi(modRigaLog::LivelloInformazione, testo);
+}
+
+QByteArray RefCartellaDocumenti::TestoDescrizione(const DatiDocumento& d, const QString& cartella)
+{
+    pugi::xml_document doc;
+    pugi::xml_node dichiarazione = doc.append_child(pugi::node_declaration);
+    dichiarazione.append_attribute("version") = "1.0";
+    dichiarazione.append_attribute("encoding") = "UTF-8";
+    modProprieta::Scrivi(doc.append_child("Documento"), d, QDir::toNativeSeparators(cartella));
+    std::ostringstream out;
+    doc.save(out, "  ", pugi::format_indent, pugi::encoding_utf8);
+    return QByteArray::fromStdString(out.str());
+}
+
+bool RefCartellaDocumenti::ScriviDescrizione(const DatiDocumento& d, QString* errore) const
+{
+    const QByteArray testo = TestoDescrizione(d, CartellaDi(d));
+    // Written aside and renamed over the old one: a reader never sees half a description.
+    QSaveFile file(CartellaDi(d) + u'/' + d.Id + u".xml"_s);
+    file.setDirectWriteFallback(false);
+    if (!file.open(QIODevice::WriteOnly) || file.write(testo) != testo.size() || !file.commit()) {
+        if (errore)
+            *errore = file.errorString();
+        return false;
+    }
+    return true;
+}
+
+void RefCartellaDocumenti::AggiornaContatori()
+{
+    if (!mStato)
+        return;
+    pugi::xml_node contatori = mStato->Elemento(mDef.Contatori);
+    const auto imposta = [&](const char* nome, qint64 valore) {
+        pugi::xml_node n = contatori.child(nome);
+        if (!n)
+            n = contatori.append_child(nome);
+        n.text().set(static_cast<long long>(valore));
+    };
+    imposta("Count", static_cast<qint64>(mIndice.size()));
+    for (qint32 coda = 0; coda < mDef.NumeroCode && coda < static_cast<qint32>(mDef.NomiContatori.size()); ++coda)
+        if (const char* nome = mDef.NomiContatori[static_cast<size_t>(coda)])
+            imposta(nome, Conteggio(coda));
+    mStato->Pubblica();
+}
+
+int RefCartellaDocumenti::Carica()
+{
+    struct Letto
+    {
+        DatiDocumento Dati;
+        QDateTime Chiave;
+    };
+    std::vector<Letto> letti;
+    for (qint32 coda = 0; coda < mDef.NumeroCode; ++coda) {
+        const QDir cartella(CartellaCoda(coda));
+        QDir().mkpath(cartella.path());
+        for (const QString& nome : cartella.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name)) {
+            const QString file = cartella.filePath(nome + u'/' + nome + u".xml"_s);
+            pugi::xml_document doc;
+            const pugi::xml_parse_result esito = doc.load_file(QFile::encodeName(file).constData());
+            DatiDocumento d;
+            QString motivo;
+            if (!esito)
+                motivo = QStringLiteral("descrizione illeggibile (%1)").arg(QString::fromUtf8(esito.description()));
+            else if (!modProprieta::Leggi(doc.document_element(), d))
+                motivo = u"descrizione non valida"_s;
+            else if (d.Id != nome || d.Genere != mDef.Genere)
+                motivo = u"descrizione di un altro documento"_s;
+            if (!motivo.isEmpty()) {
+                mLogServer.Scrivi(modRigaLog::LivelloErrore,
+                                  QStringLiteral("%1: documento %2 saltato, %3").arg(Chiave(), cartella.filePath(nome), motivo));
+                continue;
+            }
+            d.Coda = coda; // the folder it lies in is the truth
+            const QDateTime chiave = d.Elaborato.isValid() ? d.Elaborato : d.Inserito;
+            letti.push_back({std::move(d), chiave});
+        }
+    }
+    std::stable_sort(letti.begin(), letti.end(), [](const Letto& a, const Letto& b) { return a.Chiave < b.Chiave; });
+    for (Letto& l : letti) {
+        if (mIndice.contains(l.Dati.Id)) {
+            mLogServer.Scrivi(modRigaLog::LivelloErrore,
+                              QStringLiteral("%1: documento %2 presente in due code, tenuto in %3")
+                                  .arg(Chiave(), l.Dati.Id)
+                                  .arg(mIndice.value(l.Dati.Id).Dati.Coda));
+            continue;
+        }
+        const qsizetype trattino = l.Dati.Id.lastIndexOf(u'-');
+        mProssimoId = std::max<quint64>(mProssimoId, l.Dati.Id.mid(trattino + 1).toULongLong() + 1);
+        Inserisci(std::move(l.Dati));
+    }
+    AggiornaContatori();
+    return static_cast<int>(mIndice.size());
+}
+
+QString RefCartellaDocumenti::Crea(DatiDocumento d, const std::vector<FileNuovo>& file, bool annuncia)
+{
+    if (d.Id.isEmpty())
+        d.Id = NuovoId();
+    if (mIndice.contains(d.Id))
+        return QStringLiteral("il documento %1 esiste già").arg(d.Id);
+    if (d.Coda < 0 || d.Coda >= mDef.NumeroCode)
+        return QStringLiteral("coda %1 non valida").arg(d.Coda);
+    d.Genere = mDef.Genere;
+    if (d.FileLog.isEmpty())
+        d.FileLog = d.Id + u".log"_s;
+    const QString finale = CartellaDi(d);
+    const QString provvisoria = CartellaCoda(d.Coda) + u"/."_s + d.Id + u".nuovo"_s;
+    QDir(provvisoria).removeRecursively();
+    if (!QDir().mkpath(provvisoria))
+        return QStringLiteral("impossibile creare %1").arg(provvisoria);
+    std::vector<std::pair<QString, QString>> spostati; // moved in: where from, where to
+    const auto annulla = [&](const QString& motivo) {
+        // Files moved in go back where they came from: a failed creation loses nothing.
+        for (const auto& [da, a] : spostati)
+            QFile::rename(a, da);
+        QDir(provvisoria).removeRecursively();
+        return motivo;
+    };
+    for (const FileNuovo& f : file) {
+        const QString destinazione = provvisoria + u'/' + f.Nome;
+        if (!f.DaSpostare.isEmpty()) {
+            if (!QFile::rename(f.DaSpostare, destinazione))
+                return annulla(QStringLiteral("impossibile spostare %1").arg(f.DaSpostare));
+            spostati.emplace_back(f.DaSpostare, destinazione);
+        } else {
+            QFile out(destinazione);
+            if (!out.open(QIODevice::WriteOnly) || out.write(f.Dati) != f.Dati.size())
+                return annulla(QStringLiteral("impossibile scrivere %1").arg(destinazione));
+        }
+    }
+    {
+        // Written in the provisional folder, but it names the folder the document will have.
+        const QByteArray testo = TestoDescrizione(d, finale);
+        QFile out(provvisoria + u'/' + d.Id + u".xml"_s);
+        if (!out.open(QIODevice::WriteOnly) || out.write(testo) != testo.size())
+            return annulla(u"impossibile scrivere la descrizione"_s);
+    }
+    RefLog(provvisoria + u'/' + d.FileLog)
+        .Scrivi(modRigaLog::LivelloInformazione,
+                QStringLiteral("Documento %1 accodato in \"%2\"").arg(d.Id, modProprieta::DescrizioneCoda(mDef.Genere, d.Coda)));
+    if (!QDir().rename(provvisoria, finale))
+        return annulla(QStringLiteral("impossibile pubblicare %1").arg(finale));
+    const QString id = d.Id;
+    const qint32 coda = d.Coda;
+    Inserisci(std::move(d));
+    if (annuncia) {
+        AggiornaContatori();
+        mServizio->AnnunciaSpostamento(coda, id, Nodo(id));
+    }
+    return {};
+}
+
+QString RefCartellaDocumenti::Sposta(const QString& id, qint32 coda, const QString& stato)
+{
+    const auto it = mIndice.find(id);
+    if (it == mIndice.end())
+        return QStringLiteral("documento %1 sconosciuto").arg(id);
+    if (coda < 0 || coda >= mDef.NumeroCode)
+        return QStringLiteral("coda %1 non valida").arg(coda);
+    DatiDocumento& d = it->Dati;
+    const qint32 prima = d.Coda;
+    if (prima != coda) {
+        const QString da = CartellaDi(d);
+        const QString a = CartellaCoda(coda) + u'/' + id;
+        if (!QDir().rename(da, a))
+            return QStringLiteral("impossibile spostare %1 in %2").arg(da, a);
+        mCode[static_cast<size_t>(prima)].erase(it->Ordine);
+        it->Ordine = mProssimoOrdine++;
+        mCode[static_cast<size_t>(coda)].emplace(it->Ordine, id);
+        d.Coda = coda;
+    }
+    d.Elaborato = QDateTime::currentDateTime();
+    if (!stato.isEmpty())
+        d.Stato = stato;
+    QString errore;
+    if (!ScriviDescrizione(d, &errore))
+        mLogServer.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("%1: descrizione di %2 non aggiornata: %3").arg(Chiave(), id, errore));
+    Registra(d, QStringLiteral("Da \"%1\" a \"%2\"%3")
+                    .arg(modProprieta::DescrizioneCoda(mDef.Genere, prima), modProprieta::DescrizioneCoda(mDef.Genere, coda),
+                         stato.isEmpty() ? QString() : u": "_s + stato));
+    AggiornaContatori();
+    mServizio->AnnunciaSpostamento(coda, id, Nodo(id));
+    return {};
+}
+
+QString RefCartellaDocumenti::Respingi(const QString& id, qint32 coda, qint32 codice, const QString& motivo)
+{
+    const auto it = mIndice.find(id);
+    if (it == mIndice.end())
+        return QStringLiteral("documento %1 sconosciuto").arg(id);
+    if (coda < 0 || coda >= mDef.NumeroCode)
+        return QStringLiteral("coda %1 non valida").arg(coda);
+    DatiDocumento& d = it->Dati;
+    const DatiDocumento prima = d;
+    d.CodiceErrore = codice;
+    d.Errore = motivo;
+    ++d.Rifiuti;
+    const QString errore = Sposta(id, coda, motivo);
+    if (!errore.isEmpty())
+        d = prima;
+    return errore;
+}
+
+QString RefCartellaDocumenti::ScriviUscita(const QString& id, modCartelle::Uscita tipo)
+{
+    const auto it = mIndice.find(id);
+    if (it == mIndice.end() || tipo == modCartelle::Uscita::Nessuna)
+        return {};
+    DatiDocumento& d = it->Dati;
+    const bool tiff = tipo == modCartelle::Uscita::Tiff;
+    const QString nome = d.Id + (tiff ? u".tif"_s : u".pdf"_s);
+    const QByteArray dati = tiff ? modFileDocumento::Tiff(d) : modFileDocumento::Pdf(d);
+    QSaveFile file(CartellaDi(d) + u'/' + nome);
+    if (!file.open(QIODevice::WriteOnly) || file.write(dati) != dati.size() || !file.commit())
+        return QStringLiteral("impossibile scrivere %1: %2").arg(nome, file.errorString());
+    d.FileOutput = nome;
+    return {};
+}
+
+QString RefCartellaDocumenti::Rifiuta(const QString& motivo) const
+{
+    mLogServer.Scrivi(modRigaLog::LivelloAvviso, Chiave() + u": "_s + motivo);
+    return motivo;
+}
+
+void RefCartellaDocumenti::AppendiNodo(QByteArray& out, const DatiDocumento& d) const
+{
+    out += "<D><F>";
+    Escape(out, d.Id);
+    out += "</F>";
+    for (const modCartelle::Campo c : mDef.Campi) {
+        out += "<F>";
+        Escape(out, Campo(d, c));
+        out += "</F>";
+    }
+    out += "<C>";
+    for (const Collegato& c : d.Collegati) {
+        out += "<L><F>";
+        Escape(out, c.Id);
+        out += "</F><F>";
+        Escape(out, c.Descrizione);
+        out += "</F></L>";
+    }
+    out += "</C></D>";
+}
+
+QByteArray RefCartellaDocumenti::TestoElenco() const
+{
+    QByteArray out;
+    out.reserve(static_cast<qsizetype>(mIndice.size()) * 256 + 256);
+    out += "<?xml version=\"1.0\" encoding=\"UTF-8\"?><Elenco>";
+    for (qint32 coda = 0; coda < mDef.NumeroCode; ++coda) {
+        const QByteArray elemento = "Coda_" + QByteArray::number(coda);
+        out += '<' + elemento + '>';
+        for (const auto& [ordine, id] : mCode[static_cast<size_t>(coda)])
+            AppendiNodo(out, mIndice.value(id).Dati);
+        out += "</" + elemento + '>';
+    }
+    out += "</Elenco>";
+    return out;
+}
+
+QString RefCartellaDocumenti::Nodo(const QString& id) const
+{
+    const DatiDocumento* d = Trova(id);
+    if (!d)
+        return {};
+    QByteArray out;
+    AppendiNodo(out, *d);
+    return QString::fromUtf8(out);
+}
+
+void RefCartellaDocumenti::RichiediElenco(quint64 richiesta)
+{
+    // Answered from the event loop, never inside the caller's call.
+    QMetaObject::invokeMethod(
+        this, [this, richiesta] { emit Elenco(richiesta, QString::fromUtf8(TestoElenco())); }, Qt::QueuedConnection);
+}
+
+QString RefCartellaDocumenti::SpostaDocumenti(const QString& selezioneXml, qint32 coda)
+{
+    const std::optional<QStringList> id = Selezione(selezioneXml);
+    if (!id)
+        return Rifiuta(u"spostamento rifiutato: selezione non leggibile"_s);
+    if (coda < 0 || coda >= mDef.NumeroCode)
+        return Rifiuta(QStringLiteral("spostamento rifiutato: coda %1 non valida").arg(coda));
+    QStringList sconosciuti;
+    for (const QString& i : *id)
+        if (!mIndice.contains(i))
+            sconosciuti << i;
+    if (!sconosciuti.isEmpty())
+        return Rifiuta(QStringLiteral("spostamento rifiutato: documenti sconosciuti %1").arg(sconosciuti.join(u", "_s)));
+    // All known and the queue valid: now move; a failure on disk puts back what was moved.
+    std::vector<std::pair<QString, qint32>> fatti;
+    for (const QString& i : *id) {
+        const qint32 prima = mIndice.value(i).Dati.Coda;
+        const QString errore = Sposta(i, coda, u"Spostato dall'operatore"_s);
+        if (!errore.isEmpty()) {
+            for (auto it = fatti.rbegin(); it != fatti.rend(); ++it)
+                Sposta(it->first, it->second);
+            return Rifiuta(u"spostamento annullato: "_s + errore);
+        }
+        fatti.emplace_back(i, prima);
+    }
+    return {};
+}
+
+QString RefCartellaDocumenti::GeneraAnteprime(const QString& selezioneXml, const QString& indirizzo)
+{
+    const std::optional<QStringList> id = Selezione(selezioneXml);
+    if (!id)
+        return Rifiuta(u"anteprime rifiutate: selezione non leggibile"_s);
+    RefCartellaDocumenti* anteprime = mDestinazione ? mDestinazione(GenereCartella::Anteprima) : nullptr;
+    if (!anteprime)
+        return Rifiuta(u"anteprime rifiutate: nessuna cartella anteprime"_s);
+    for (const QString& i : *id) {
+        const DatiDocumento* origine = Trova(i);
+        if (!origine)
+            return Rifiuta(QStringLiteral("anteprime rifiutate: documento %1 sconosciuto").arg(i));
+        DatiDocumento d;
+        d.Descrizione = QStringLiteral("Anteprima di %1: %2").arg(origine->Id, origine->Descrizione);
+        d.Utente = origine->Utente;
+        d.UtenteDescrizione = origine->UtenteDescrizione;
+        d.Funzione = origine->Funzione;
+        d.Ip = indirizzo;
+        d.KeyUtente = indirizzo;
+        d.Pagine = origine->Pagine;
+        d.Stato = u"In attesa"_s;
+        d.Inserito = QDateTime::currentDateTime();
+        std::vector<FileNuovo> file;
+        if (!origine->FileCorpo.isEmpty()) {
+            QFile corpo(CartellaDi(*origine) + u'/' + origine->FileCorpo);
+            if (corpo.open(QIODevice::ReadOnly))
+                file.push_back({u"corpo.bpx"_s, corpo.readAll(), {}});
+        }
+        d.Id = anteprime->NuovoId();
+        if (!file.empty()) {
+            file.front().Nome = d.Id + u".bpx"_s;
+            d.FileCorpo = file.front().Nome;
+        }
+        if (const QString errore = anteprime->Crea(std::move(d), file); !errore.isEmpty())
+            return Rifiuta(u"anteprima non creata: "_s + errore);
+    }
+    return {};
+}
+
+QString RefCartellaDocumenti::InviaCompresso(const QString& selezioneXml)
+{
+    const std::optional<QStringList> id = Selezione(selezioneXml);
+    if (!id || id->isEmpty())
+        return Rifiuta(u"invio compresso rifiutato: selezione vuota o non leggibile"_s);
+    RefCartellaDocumenti* email = mDestinazione ? mDestinazione(GenereCartella::Email) : nullptr;
+    if (!email)
+        return Rifiuta(u"invio compresso rifiutato: nessuna cartella email"_s);
+    std::vector<modFileDocumento::FileArchivio> contenuto;
+    for (const QString& i : *id) {
+        const DatiDocumento* d = Trova(i);
+        if (!d)
+            return Rifiuta(QStringLiteral("invio compresso rifiutato: documento %1 sconosciuto").arg(i));
+        const QDir cartella(CartellaDi(*d));
+        for (const QString& nome : cartella.entryList(QDir::Files, QDir::Name)) {
+            QFile f(cartella.filePath(nome));
+            if (f.open(QIODevice::ReadOnly))
+                contenuto.push_back({i + u'/' + nome, f.readAll()});
+        }
+    }
+    DatiDocumento m;
+    m.Id = email->NuovoId();
+    m.Descrizione = QStringLiteral("Documenti compressi: %1").arg(id->join(u", "_s));
+    m.Oggetto = m.Descrizione;
+    m.Da = u"plxsrv@pelorix.local"_s;
+    m.A = u"amministratore@pelorix.local"_s;
+    m.Utente = u"plxsrv"_s;
+    m.Stato = u"In attesa"_s;
+    m.Inserito = QDateTime::currentDateTime();
+    const QString allegato = m.Id + mEstensioneZip;
+    m.FileOutput.clear();
+    std::vector<FileNuovo> file{{allegato, modFileDocumento::Archivio(contenuto), {}}};
+    if (const QString errore = email->Crea(std::move(m), file); !errore.isEmpty())
+        return Rifiuta(u"invio compresso non riuscito: "_s + errore);
+    return {};
+}
+
+QString RefCartellaDocumenti::CartellaDocumento(const QString& id)
+{
+    const DatiDocumento* d = Trova(id);
+    return d ? QDir::toNativeSeparators(CartellaDi(*d)) : QString();
+}
+
+QString RefCartellaDocumenti::FileOutput(const QString& id)
+{
+    const DatiDocumento* d = Trova(id);
+    return d && !d->FileOutput.isEmpty() ? QDir::toNativeSeparators(CartellaDi(*d) + u'/' + d->FileOutput) : QString();
+}
+
+QString RefCartellaDocumenti::Documento(const QString& id)
+{
+    const DatiDocumento* d = Trova(id);
+    if (!d)
+        return {};
+    pugi::xml_document doc;
+    const QByteArray testo = TestoDescrizione(*d, CartellaDi(*d));
+    if (!doc.load_buffer(testo.constData(), static_cast<size_t>(testo.size())))
+        return {};
+    pugi::xml_node elenco = doc.document_element().append_child("ElencoFile");
+    const QDir cartella(CartellaDi(*d));
+    for (const QString& nome : cartella.entryList(QDir::Files, QDir::Name)) {
+        pugi::xml_node f = elenco.append_child("File");
+        f.append_child("Percorso").text().set(QDir::toNativeSeparators(cartella.path()).toUtf8().constData());
+        f.append_child("Nome").text().set(nome.toUtf8().constData());
+    }
+    std::ostringstream out;
+    doc.save(out, "", pugi::format_raw, pugi::encoding_utf8);
+    return QString::fromStdString(out.str());
+}

@@ -1,0 +1,117 @@
+#pragma once
+
+#include "DatiDocumento.h"
+#include "PxSrvCartellaDocumenti.h"
+#include "modCartelle.h"
+
+#include <QHash>
+#include <QMap>
+
+#include <functional>
+#include <map>
+#include <vector>
+
+class RefLog;
+class RefServizio;
+
+// A document folder of the reference server. Each document is a folder on disk,
+//   Documenti/<Chiave>/Coda_<n>/<id>/   (<id>.xml description, .bpx, .spx, .hpx, output, <id>.log)
+// so a document is in exactly one queue, and a move is one rename. The folder keeps an
+// index in memory (loaded once at start) from which listings are written; every change of
+// queue updates disk first, then the index, the counters, and raises DocumentoSpostato
+// through the owning service.
+class RefCartellaDocumenti : public PxSrvCartellaDocumenti
+{
+    Q_OBJECT
+
+public:
+    // `servizio` raises the notices; `stato` is the folder's own state object (its counters).
+    RefCartellaDocumenti(const modCartelle::Definizione& definizione, const QString& cartellaServer,
+                         RefServizio* servizio, RefServizio* stato, RefLog& logServer, QObject* parent = nullptr);
+
+    QString Chiave() const override { return QString::fromLatin1(mDef.Chiave); }
+    QString ChiaveServizio() const override { return QString::fromLatin1(mDef.Servizio); }
+    const modCartelle::Definizione& Definizione() const { return mDef; }
+    QString Radice() const { return mRadice; }
+
+    // Reads every document folder; corrupt ones are skipped with a line in the server log.
+    // Returns the number of documents loaded.
+    int Carica();
+
+    // A file of a new document: its final name inside the document folder, and either the
+    // bytes to write or a file to move in (a rename on the same file system).
+    struct FileNuovo
+    {
+        QString Nome;
+        QByteArray Dati;
+        QString DaSpostare;
+    };
+    // Creates a document in queue d.Coda: its folder appears complete or not at all.
+    // Returns "" or the reason it could not.
+    QString Crea(DatiDocumento d, const std::vector<FileNuovo>& file, bool annuncia = true);
+    // Moves one document to `coda`; `stato` (when not empty) becomes its state text.
+    QString Sposta(const QString& id, qint32 coda, const QString& stato = {});
+    // Rejects a document: records the error, counts the rejection and moves it to `coda`.
+    QString Respingi(const QString& id, qint32 coda, qint32 codice, const QString& motivo);
+    // Writes the output file (PDF or TIFF) of a document and records it.
+    QString ScriviUscita(const QString& id, modCartelle::Uscita tipo);
+
+    const DatiDocumento* Trova(const QString& id) const;
+    // The ids in queue `coda`, in the server's order (arrival in the queue).
+    QStringList Coda(qint32 coda, int massimo = -1) const;
+    qsizetype Conteggio(qint32 coda) const;
+    qsizetype Totale() const { return mIndice.size(); }
+    QString CartellaDi(const DatiDocumento& d) const;
+    // A new id for this folder ("FAX-000123").
+    QString NuovoId();
+
+    // The description file's text of `d`, whose folder is `cartella`.
+    static QByteArray TestoDescrizione(const DatiDocumento& d, const QString& cartella);
+    // Where the documents of `def` live under a server folder.
+    static QString RadiceDi(const modCartelle::Definizione& def, const QString& cartellaServer);
+
+    // The listing text and one document's listing node.
+    QByteArray TestoElenco() const;
+    QString Nodo(const QString& id) const;
+
+    // Called for documents the folder receives from other folders (previews, compressed sends).
+    using Destinazione = std::function<RefCartellaDocumenti*(GenereCartella)>;
+    void ImpostaDestinazioni(Destinazione destinazione) { mDestinazione = std::move(destinazione); }
+    void ImpostaEstensioneZip(const QString& estensione) { mEstensioneZip = estensione; }
+
+public slots:
+    void RichiediElenco(quint64 richiesta) override;
+    QString SpostaDocumenti(const QString& selezioneXml, qint32 coda) override;
+    QString GeneraAnteprime(const QString& selezioneXml, const QString& indirizzo) override;
+    QString InviaCompresso(const QString& selezioneXml) override;
+    QString CartellaDocumento(const QString& id) override;
+    QString FileOutput(const QString& id) override;
+    QString Documento(const QString& id) override;
+
+private:
+    struct Voce
+    {
+        DatiDocumento Dati;
+        quint64 Ordine = 0;
+    };
+
+    QString CartellaCoda(qint32 coda) const;
+    bool ScriviDescrizione(const DatiDocumento& d, QString* errore = nullptr) const;
+    void Inserisci(DatiDocumento d);
+    void AggiornaContatori();
+    void Registra(const DatiDocumento& d, const QString& testo) const;
+    void AppendiNodo(QByteArray& out, const DatiDocumento& d) const;
+    QString Rifiuta(const QString& motivo) const;
+
+    const modCartelle::Definizione& mDef;
+    QString mRadice;
+    RefServizio* mServizio;
+    RefServizio* mStato;
+    RefLog& mLogServer;
+    QHash<QString, Voce> mIndice;
+    std::vector<std::map<quint64, QString>> mCode;
+    quint64 mProssimoOrdine = 1;
+    quint64 mProssimoId = 1;
+    Destinazione mDestinazione;
+    QString mEstensioneZip = QStringLiteral(".pxz");
+};

@@ -1,0 +1,123 @@
+#include "RefIngresso.h"
+
+#include "PxIntestazioneHpx.h"
+#include "PxRigaLog.h"
+#include "RefCartellaDocumenti.h"
+#include "RefLog.h"
+#include "RefServizio.h"
+#include "modFileDocumento.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+RefIngresso::RefIngresso(const QString& cartellaServer, RefCartellaDocumenti& cartella, RefServizio& servizio,
+                         RefLog& logServer, QObject* parent)
+    : QObject(parent),
+      mCartella(CartellaIngresso(cartellaServer, servizio.Chiave())),
+      mRespinti(QDir(cartellaServer).filePath(u"LavoriRespinti/"_s + servizio.Chiave())),
+      mDocumenti(cartella),
+      mServizio(servizio),
+      mLogServer(logServer)
+{
+    QDir().mkpath(mCartella);
+    pugi::xml_node ingresso = mServizio.Elemento("CartellaIngresso");
+    ingresso.text().set(QDir::toNativeSeparators(mCartella).toUtf8().constData());
+    mServizio.Pubblica();
+    connect(&mOsservatore, &QFileSystemWatcher::directoryChanged, this, [this] {
+        // Coalesce a burst of changes (three files a job) into one look.
+        if (!mTimer.isActive() || mTimer.remainingTime() > 50)
+            QTimer::singleShot(50, this, &RefIngresso::Scansiona);
+    });
+    connect(&mTimer, &QTimer::timeout, this, &RefIngresso::Scansiona);
+}
+
+QString RefIngresso::CartellaIngresso(const QString& cartellaServer, const QString& servizio)
+{
+    return QDir(cartellaServer).filePath(u"Ingresso/"_s + servizio);
+}
+
+void RefIngresso::Avvia(int millisecondi)
+{
+    if (!mOsservatore.directories().contains(mCartella))
+        mOsservatore.addPath(mCartella);
+    if (millisecondi > 0)
+        mTimer.start(millisecondi);
+}
+
+int RefIngresso::Scansiona()
+{
+    int presi = 0;
+    const QDir cartella(mCartella);
+    // Oldest first, so that jobs keep the order they arrived in.
+    for (const QFileInfo& f : cartella.entryInfoList({u"*.hpx"_s}, QDir::Files, QDir::Time | QDir::Reversed))
+        if (Prendi(f.absolutePath() + u'/' + f.completeBaseName()))
+            ++presi;
+    return presi;
+}
+
+bool RefIngresso::Prendi(const QString& base)
+{
+    QFile file(base + u".hpx"_s);
+    if (!file.open(QIODevice::ReadOnly))
+        return false; // gone meanwhile, or not readable yet: next look
+    PxIntestazioneHpx intestazione;
+    QString errore;
+    DatiDocumento d;
+    if (!intestazione.Analizza(file.readAll(), &errore)) {
+        Respingi(base, u"intestazione non valida: "_s + errore);
+        return false;
+    }
+    file.close();
+    if (const QString motivo = modFileDocumento::DaIntestazione(intestazione, mDocumenti.Definizione().Genere, d);
+        !motivo.isEmpty()) {
+        Respingi(base, u"intestazione incompleta: "_s + motivo);
+        return false;
+    }
+    if (!QFileInfo::exists(base + u".bpx"_s)) {
+        Respingi(base, u"manca il corpo (.bpx)"_s);
+        return false;
+    }
+    d.Id = mDocumenti.NuovoId();
+    d.Coda = 0;
+    d.Stato = u"In attesa"_s;
+    d.Inserito = QDateTime::currentDateTime();
+    d.FileCorpo = d.Id + u".bpx"_s;
+    d.FileIntestazione = d.Id + u".hpx"_s;
+    std::vector<RefCartellaDocumenti::FileNuovo> nuovi{{d.FileCorpo, {}, base + u".bpx"_s},
+                                                       {d.FileIntestazione, {}, base + u".hpx"_s}};
+    if (QFileInfo::exists(base + u".spx"_s)) {
+        d.FileScript = d.Id + u".spx"_s;
+        nuovi.push_back({d.FileScript, {}, base + u".spx"_s});
+    }
+    const QString id = d.Id;
+    if (const QString errore2 = mDocumenti.Crea(std::move(d), nuovi); !errore2.isEmpty()) {
+        mServizio.Log().Scrivi(modRigaLog::LivelloErrore,
+                               QStringLiteral("Lavoro %1 non preso in carico: %2").arg(QFileInfo(base).fileName(), errore2));
+        return false;
+    }
+    mServizio.Log().Scrivi(modRigaLog::LivelloInformazione,
+                           QStringLiteral("Lavoro %1 preso in carico come documento %2").arg(QFileInfo(base).fileName(), id));
+    return true;
+}
+
+void RefIngresso::Respingi(const QString& base, const QString& motivo)
+{
+    QDir().mkpath(mRespinti);
+    const QString nome = QFileInfo(base).fileName();
+    // A name already set aside gets the time appended: nothing is overwritten.
+    QString destinazione = mRespinti + u'/' + nome;
+    if (QFileInfo::exists(destinazione + u".hpx"_s))
+        destinazione += u'-' + QDateTime::currentDateTime().toString(u"yyyyMMddHHmmsszzz"_s);
+    for (const char* estensione : {".spx", ".bpx", ".hpx"}) {
+        const QString da = base + QString::fromLatin1(estensione);
+        if (QFileInfo::exists(da) && !QFile::rename(da, destinazione + QString::fromLatin1(estensione)))
+            mLogServer.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("Impossibile mettere da parte %1").arg(da));
+    }
+    const QString riga = QStringLiteral("Lavoro %1 respinto, %2; messo da parte in %3").arg(nome, motivo, mRespinti);
+    mServizio.Log().Scrivi(modRigaLog::LivelloErrore, riga);
+    mLogServer.Scrivi(modRigaLog::LivelloErrore, mServizio.Chiave() + u": "_s + riga);
+}

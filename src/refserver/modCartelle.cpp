@@ -1,0 +1,102 @@
+#include "modCartelle.h"
+
+namespace modCartelle {
+
+namespace {
+
+using enum Campo;
+using G = GenereCartella;
+constexpr Uscita No = Uscita::Nessuna, Pdf = Uscita::Pdf, Tif = Uscita::Tiff;
+
+constexpr Campo CampiFax[] = {Descrizione, Stato, Utente, PrefissoInternazionale, PrefissoLocale, NumeroFax, Priorita, Inserito, Elaborato};
+constexpr Campo CampiPbl[] = {Descrizione, Stato, Utente, Inserito, Elaborato};
+constexpr Campo CampiStampa[] = {Sigla, Descrizione, Stato, Utente, Numero, Stampante, Inserito, Elaborato};
+constexpr Campo CampiEmail[] = {Sigla, Descrizione, Stato, Utente, A, Cc, Ccn, Priorita, Inserito, Elaborato};
+constexpr Campo CampiAnteprima[] = {Descrizione, Stato, Utente, KeyUtente, Pagine, Ip, Inserito, Elaborato};
+
+constexpr const char* ContaStampa[] = {"DaStampare", "InStampa", "Stampati", "Respinti", "Scartati"};
+constexpr const char* ContaAnteprima[] = {"DaGenerare", "InGenerazione", "Generati", "Respinti", "Scartati"};
+constexpr const char* ContaEmail[] = {"DaConvertire", "InConversione", "DaTrasmettere", "InTrasmissione", "DaStampare",
+                                      "InStampa", "Trasmessi", "Respinti", "Scartati"};
+constexpr const char* ContaFax[] = {"DaConvertire", "InConversione", "DaTrasmettere", "InTrasmissione", "DaStampare",
+                                    "InStampa", "DaNotificare", "InNotifica", "Trasmessi", "Respinti", "Scartati",
+                                    "DaConfermare", nullptr};
+constexpr const char* ContaPubblica[] = {"DaConvertire", "InConversione", "DaPubblicare", "InPubblicazione", "Pubblicati",
+                                         "Respinti", "Scartati"};
+
+constexpr Passo PassiStampa[] = {
+    {0, 1, "PxSrvStampe", "Stampa dei documenti", No, false},
+    {1, 2, "PxSrvStampe", "Stampa dei documenti", No, true},
+};
+constexpr Passo PassiAnteprima[] = {
+    {0, 1, "PxSrvAnteprime", "Generazione delle anteprime", No, false},
+    {1, 2, "PxSrvAnteprime", "Generazione delle anteprime", Pdf, true},
+};
+constexpr Passo PassiEmail[] = {
+    {0, 1, "PxSrvEmlPdfVm", "Conversione in pdf", No, false},
+    {1, 2, "PxSrvEmlPdfVm", "Conversione in pdf", Pdf, true},
+    {2, 3, "PxSrvSmtp", "Trasmissione smtp", No, false},
+    {3, 6, "PxSrvSmtp", "Trasmissione smtp", No, true},
+    {4, 5, "PxSrvRprtEml", "Stampa dei cedolini", No, false},
+    {5, 6, "PxSrvRprtEml", "Stampa dei cedolini", No, true},
+};
+// The fax stages: conversion, transmission, confirmation, report print, notification.
+constexpr Passo PassiFax[] = {
+    {0, 1, "PxSrvTifVm", "Conversione in tiff", No, false},
+    {1, 2, "PxSrvTifVm", "Conversione in tiff", Tif, true},
+    {2, 3, "PxSrvFaxVm", "Trasmissione fax", No, false},
+    {3, 11, "PxSrvFaxVm", "Trasmissione fax", No, true},
+    {11, 4, "PxSrvNeFax", "Attesa delle conferme", No, false},
+    {4, 5, "PxSrvRprtFax", "Stampa dei rapporti", No, false},
+    {5, 6, "PxSrvRprtFax", "Stampa dei rapporti", No, false},
+    {6, 7, "PxSrvNtfcFax", "Invio delle notifiche", No, false},
+    {7, 8, "PxSrvNtfcFax", "Invio delle notifiche", No, false},
+};
+constexpr Passo PassiPFax[] = {
+    {0, 1, "PxSrvPFaxVm", "Stampa su printer fax", No, false},
+    {1, 2, "PxSrvPFaxVm", "Stampa su printer fax", No, true},
+};
+constexpr Passo PassiEFax[] = {
+    {0, 1, "PxSrvEFaxPdfVm", "Conversione in pdf", No, false},
+    {1, 2, "PxSrvEFaxPdfVm", "Conversione in pdf", Pdf, true},
+    {2, 3, "PxSrvEFaxVm", "Pubblicazione via email", No, false},
+    {3, 4, "PxSrvEFaxVm", "Pubblicazione via email", No, true},
+};
+constexpr Passo PassiPbl[] = {
+    {0, 1, "PxSrvPblPdfVm", "Conversione in pdf", No, false},
+    {1, 2, "PxSrvPblPdfVm", "Conversione in pdf", Pdf, true},
+    {2, 3, "PxSrvPblVm", "Pubblicazione", No, false},
+    {3, 4, "PxSrvPblVm", "Pubblicazione", No, true},
+};
+
+constexpr Definizione Tabella[] = {
+    {G::Anteprima, "PxSrvDocAnteprime", "PxSrvAnteprime", "ANT", "Anteprime", ContaAnteprima, 5, 3, 4, CampiAnteprima, PassiAnteprima},
+    {G::Stampa, "PxSrvDocStampe", "PxSrvStampe", "STP", "Stampe", ContaStampa, 5, 3, 4, CampiStampa, PassiStampa},
+    {G::Email, "PxSrvDocEmail", "PxSrvEmail", "EML", "Email", ContaEmail, 9, 7, 8, CampiEmail, PassiEmail},
+    {G::Fax, "PxSrvDocFax", "PxSrvFax", "FAX", "Fax", ContaFax, 13, 9, 10, CampiFax, PassiFax},
+    {G::PFax, "PxSrvDocPFax", "PxSrvPFax", "PFX", "Fax", ContaStampa, 5, 3, 4, CampiFax, PassiPFax},
+    {G::EFax, "PxSrvDocEFax", "PxSrvEFax", "EFX", "EFax", ContaPubblica, 7, 5, 6, CampiFax, PassiEFax},
+    {G::Pbl, "PxSrvDocPbl", "PxSrvPbl", "PBL", "Pbl", ContaPubblica, 7, 5, 6, CampiPbl, PassiPbl},
+};
+
+} // namespace
+
+std::span<const Definizione> Cartelle() { return Tabella; }
+
+const Definizione* Trova(QStringView chiave)
+{
+    for (const Definizione& d : Tabella)
+        if (chiave == QLatin1StringView(d.Chiave))
+            return &d;
+    return nullptr;
+}
+
+const Definizione& Di(GenereCartella genere)
+{
+    for (const Definizione& d : Tabella)
+        if (d.Genere == genere)
+            return d;
+    return Tabella[0];
+}
+
+} // namespace modCartelle

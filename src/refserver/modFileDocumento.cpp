@@ -1,0 +1,198 @@
+#include "modFileDocumento.h"
+
+#include "modPdf.h"
+#include "modTiff.h"
+
+#include <QDataStream>
+#include <QIODevice>
+
+using namespace Qt::StringLiterals;
+
+namespace modFileDocumento {
+
+namespace {
+
+// Epson ESC/P, the catalogue the demo's clients print with.
+constexpr char GrassettoOn[] = "\x1b" "E", GrassettoOff[] = "\x1b" "F";
+constexpr char DoppioOn[] = "\x1b" "W1", DoppioOff[] = "\x1b" "W0";
+constexpr char SottolineatoOn[] = "\x1b" "-1", SottolineatoOff[] = "\x1b" "-0";
+constexpr char CompressoOn[] = "\x0f", CompressoOff[] = "\x12";
+
+QStringList Righe(const DatiDocumento& d)
+{
+    QStringList r{
+        QStringLiteral("Documento %1").arg(d.Id),
+        QString(),
+        d.Descrizione,
+        QString(),
+        QStringLiteral("Utente: %1 (%2)").arg(d.UtenteDescrizione, d.Utente),
+        QStringLiteral("Data: %1").arg(modDate::Testo(d.Inserito)),
+    };
+    if (!d.Oggetto.isEmpty())
+        r << QStringLiteral("Oggetto: %1").arg(d.Oggetto);
+    if (!d.A.isEmpty())
+        r << QStringLiteral("A: %1").arg(d.A);
+    if (!d.NumeroFax.isEmpty())
+        r << QStringLiteral("Fax: +%1 %2 %3").arg(d.PrefissoInternazionale, d.PrefissoLocale, d.NumeroFax);
+    r << QString() << QStringLiteral("Pagine: %1").arg(d.Pagine);
+    return r;
+}
+
+} // namespace
+
+QByteArray Corpo(const DatiDocumento& d)
+{
+    QByteArray c;
+    c += QByteArray(DoppioOn) + GrassettoOn + d.Descrizione.toUtf8() + GrassettoOff + DoppioOff + "\r\n\r\n";
+    c += "Documento " + d.Id.toUtf8() + "  -  " + modDate::Testo(d.Inserito).toUtf8() + "\r\n";
+    c += "Cliente " + d.Sigla.toUtf8() + "  utente " + d.Utente.toUtf8() + "\r\n\r\n";
+    c += QByteArray(SottolineatoOn) + "Riepilogo" + SottolineatoOff + "\r\n";
+    c += QByteArray(CompressoOn);
+    for (int riga = 1; riga <= 12; ++riga)
+        c += QStringLiteral("%1  Articolo %2  quantita' %3  importo %4,%5\r\n")
+                 .arg(riga, 3)
+                 .arg(riga * 7 + d.Pagine, 5, 10, QChar(u'0'))
+                 .arg(riga % 5 + 1)
+                 .arg(riga * 13 + 2)
+                 .arg(riga * 17 % 100, 2, 10, QChar(u'0'))
+                 .toUtf8();
+    c += QByteArray(CompressoOff) + "\r\n" + GrassettoOn + "Totale pagine " + QByteArray::number(d.Pagine) + GrassettoOff
+        + "\r\n\x0c";
+    return c;
+}
+
+QByteArray Script(const DatiDocumento& d)
+{
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n<PLX><Pagina Numero=\"0001\" Linguaggio=\"VBScript\"><Rigo>"
+           "Sub Main()&#13;&#10;  Plx.FontName = \"Courier New\"&#13;&#10;  Plx.FontSize = 33&#13;&#10;"
+           "  Plx.Z_AddTextEx 90, 150, 0, 0, \""
+        + d.Id.toUtf8()
+        + "\", TXT_STANDARD&#13;&#10;End Sub</Rigo></Pagina></PLX>\r\n";
+}
+
+PxIntestazioneHpx Intestazione(const DatiDocumento& d)
+{
+    PxIntestazioneHpx h;
+    const QString p = u"PROPRIETA"_s;
+    h.ScriviIntero({}, u"Tipo"_s, 2);
+    h.ScriviTesto({}, u"Versione"_s, QString::fromLatin1(PxIntestazioneHpx::Versione));
+    h.ScriviTesto(p, u"Id"_s, d.Id);
+    h.ScriviTesto(p, u"Funzione"_s, d.Funzione);
+    h.ScriviData(p, u"Data"_s, d.Inserito);
+    h.ScriviTesto(p, u"Descrizione"_s, d.Descrizione);
+    h.ScriviIntero(p, u"Priorita"_s, d.Priorita);
+    h.ScriviTesto(p, u"Sigla"_s, d.Sigla);
+    h.ScriviTesto(p, u"Utente"_s, d.Utente);
+    h.ScriviTesto(p, u"UtenteDescrizione"_s, d.UtenteDescrizione);
+    h.ScriviTesto(p, u"IP"_s, d.Ip);
+    h.ScriviIntero(p, u"Pagine"_s, d.Pagine);
+    if (!d.Stampante.isEmpty()) {
+        h.ScriviTesto(u"STAMPA"_s, u"Stampante"_s, d.Stampante);
+        h.ScriviIntero(u"STAMPA"_s, u"Numero"_s, d.NumeroTarquel);
+        h.ScriviIntero(u"STAMPA"_s, u"Copie"_s, d.Copie);
+    }
+    if (!d.A.isEmpty()) {
+        h.ScriviTesto(u"EMAIL"_s, u"Oggetto"_s, d.Oggetto);
+        h.ScriviTesto(u"EMAIL"_s, u"Da"_s, d.Da);
+        h.ScriviTesto(u"EMAIL"_s, u"A"_s, d.A);
+        h.ScriviTesto(u"EMAIL"_s, u"Cc"_s, d.Cc);
+        h.ScriviTesto(u"EMAIL"_s, u"Ccn"_s, d.Ccn);
+    }
+    if (!d.NumeroFax.isEmpty()) {
+        h.ScriviTesto(u"FAX"_s, u"PrefissoInternazionale"_s, d.PrefissoInternazionale);
+        h.ScriviTesto(u"FAX"_s, u"PrefissoLocale"_s, d.PrefissoLocale);
+        h.ScriviTesto(u"FAX"_s, u"NumeroFax"_s, d.NumeroFax);
+    }
+    return h;
+}
+
+QString DaIntestazione(const PxIntestazioneHpx& h, GenereCartella genere, DatiDocumento& d)
+{
+    const QString p = u"PROPRIETA"_s;
+    if (!h.Leggi(p, u"Descrizione"_s).isValid())
+        return u"manca PROPRIETA/Descrizione"_s;
+    d.Genere = genere;
+    d.Descrizione = h.Testo(p, u"Descrizione"_s);
+    d.Funzione = h.Testo(p, u"Funzione"_s);
+    d.Sigla = h.Testo(p, u"Sigla"_s);
+    d.Utente = h.Testo(p, u"Utente"_s);
+    d.UtenteDescrizione = h.Testo(p, u"UtenteDescrizione"_s);
+    d.Ip = h.Testo(p, u"IP"_s);
+    d.Priorita = static_cast<qint32>(std::clamp<qint64>(h.Intero(p, u"Priorita"_s), 0, 2));
+    d.Pagine = static_cast<qint32>(std::clamp<qint64>(h.Intero(p, u"Pagine"_s, 1), 1, 9999));
+    d.Stampante = h.Testo(u"STAMPA"_s, u"Stampante"_s);
+    d.NumeroTarquel = static_cast<qint32>(h.Intero(u"STAMPA"_s, u"Numero"_s));
+    d.Copie = static_cast<qint32>(std::clamp<qint64>(h.Intero(u"STAMPA"_s, u"Copie"_s, 1), 1, 999));
+    d.Oggetto = h.Testo(u"EMAIL"_s, u"Oggetto"_s);
+    d.Da = h.Testo(u"EMAIL"_s, u"Da"_s);
+    d.A = h.Testo(u"EMAIL"_s, u"A"_s);
+    d.Cc = h.Testo(u"EMAIL"_s, u"Cc"_s);
+    d.Ccn = h.Testo(u"EMAIL"_s, u"Ccn"_s);
+    d.PrefissoInternazionale = h.Testo(u"FAX"_s, u"PrefissoInternazionale"_s);
+    d.PrefissoLocale = h.Testo(u"FAX"_s, u"PrefissoLocale"_s);
+    d.NumeroFax = h.Testo(u"FAX"_s, u"NumeroFax"_s);
+    switch (genere) {
+    case GenereCartella::Stampa:
+        if (d.Stampante.isEmpty())
+            return u"manca STAMPA/Stampante"_s;
+        break;
+    case GenereCartella::Email:
+        if (d.A.isEmpty())
+            return u"manca EMAIL/A"_s;
+        break;
+    case GenereCartella::Fax:
+    case GenereCartella::PFax:
+    case GenereCartella::EFax:
+        if (d.NumeroFax.isEmpty())
+            return u"manca FAX/NumeroFax"_s;
+        break;
+    default:
+        break;
+    }
+    return {};
+}
+
+QByteArray Pdf(const DatiDocumento& d)
+{
+    return modPdf::Documento(d.Descrizione, Righe(d));
+}
+
+QByteArray Tiff(const DatiDocumento& d)
+{
+    return modTiff::Fax(Righe(d), std::clamp(d.Pagine, 1, 3));
+}
+
+QByteArray Archivio(const std::vector<FileArchivio>& file)
+{
+    QByteArray out;
+    QDataStream s(&out, QIODevice::WriteOnly);
+    s.setVersion(QDataStream::Qt_6_0);
+    s.writeRawData("PXZ1", 4);
+    s << static_cast<quint32>(file.size());
+    for (const FileArchivio& f : file)
+        s << f.Nome << qCompress(f.Dati);
+    return out;
+}
+
+std::vector<FileArchivio> LeggiArchivio(const QByteArray& archivio)
+{
+    std::vector<FileArchivio> file;
+    if (!archivio.startsWith("PXZ1"))
+        return file;
+    QDataStream s(archivio.mid(4));
+    s.setVersion(QDataStream::Qt_6_0);
+    quint32 numero = 0;
+    s >> numero;
+    for (quint32 i = 0; i < numero && s.status() == QDataStream::Ok; ++i) {
+        FileArchivio f;
+        QByteArray compresso;
+        s >> f.Nome >> compresso;
+        if (s.status() != QDataStream::Ok)
+            break;
+        f.Dati = qUncompress(compresso);
+        file.push_back(std::move(f));
+    }
+    return file;
+}
+
+} // namespace modFileDocumento

@@ -1,0 +1,432 @@
+#include "PxIntestazioneHpx.h"
+#include "PxXmlCallBack.h"
+#include "RefCartellaDocumenti.h"
+#include "RefIngresso.h"
+#include "RefLavoratori.h"
+#include "RefServer.h"
+#include "RefServizio.h"
+#include "modCartelle.h"
+#include "modDemo.h"
+#include "modFileDocumento.h"
+#include "modTiff.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+#include <pugixml.hpp>
+#include <random>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString Selezione(const QStringList& id)
+{
+    QString xml = u"<?xml version=\"1.0\" encoding=\"UTF-8\"?><Root>"_s;
+    for (const QString& i : id)
+        xml += u"<ID>"_s + i + u"</ID>"_s;
+    return xml + u"</Root>"_s;
+}
+
+QByteArray Leggi(const QString& file)
+{
+    QFile f(file);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+class Cartelle : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_EQ(modDemo::CreaServerDemo(mDir.path(), 400), QString());
+        Apri();
+    }
+    void Apri()
+    {
+        mServer.reset();
+        mServer = std::make_unique<RefServer>(mDir.path(), RefServer::Opzioni{false});
+        mServer->Lavoratori().ImpostaPercentualeRespinti(0);
+    }
+    RefCartellaDocumenti& Fax() const { return *mServer->Cartella(GenereCartella::Fax); }
+
+    // What lies on disk: id -> queue, and every id seen twice.
+    std::pair<QHash<QString, qint32>, QStringList> Disco(const RefCartellaDocumenti& c) const
+    {
+        QHash<QString, qint32> visti;
+        QStringList doppi;
+        for (qint32 coda = 0; coda < c.Definizione().NumeroCode; ++coda)
+            for (const QString& id : QDir(c.Radice() + u"/Coda_"_s + QString::number(coda)).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+                if (visti.contains(id))
+                    doppi << id;
+                visti.insert(id, coda);
+            }
+        return {visti, doppi};
+    }
+
+    void ControllaCoerenza(const RefCartellaDocumenti& c) const
+    {
+        const auto [disco, doppi] = Disco(c);
+        EXPECT_TRUE(doppi.isEmpty()) << qPrintable(doppi.join(u' '));
+        EXPECT_EQ(disco.size(), c.Totale()) << c.Definizione().Chiave;
+        qsizetype somma = 0;
+        for (qint32 coda = 0; coda < c.Definizione().NumeroCode; ++coda) {
+            somma += c.Conteggio(coda);
+            for (const QString& id : c.Coda(coda)) {
+                EXPECT_EQ(disco.value(id, -1), coda) << qPrintable(id);
+                ASSERT_NE(c.Trova(id), nullptr);
+                EXPECT_EQ(c.Trova(id)->Coda, coda);
+            }
+        }
+        EXPECT_EQ(somma, c.Totale());
+    }
+
+    QTemporaryDir mDir;
+    std::unique_ptr<RefServer> mServer;
+};
+
+} // namespace
+
+TEST_F(Cartelle, ListingShapePerFolderDeliveredFromTheEventLoop)
+{
+    for (const modCartelle::Definizione& def : modCartelle::Cartelle()) {
+        RefCartellaDocumenti* c = mServer->CartellaRef(QString::fromLatin1(def.Chiave));
+        ASSERT_NE(c, nullptr);
+        EXPECT_EQ(mServer->CartellaDocumenti(QString::fromLatin1(def.Chiave)), c);
+        PxXmlCallBack callback;
+        QString ricevuto;
+        int volte = 0;
+        QObject::connect(&callback, &PxXmlCallBack::XmlCallBack, [&](const QString& xml) { ricevuto = xml; ++volte; });
+        c->Elenca(&callback);
+        EXPECT_EQ(volte, 0) << "answered inside the call";
+        QCoreApplication::processEvents();
+        ASSERT_EQ(volte, 1);
+        pugi::xml_document doc;
+        ASSERT_TRUE(doc.load_string(ricevuto.toUtf8().constData()));
+        qint32 coda = 0;
+        qsizetype documenti = 0;
+        for (const pugi::xml_node q : doc.document_element().children()) {
+            EXPECT_EQ(QString::fromUtf8(q.name()), u"Coda_"_s + QString::number(coda)) << def.Chiave;
+            for (const pugi::xml_node n : q.children()) {
+                const auto figli = n.children();
+                const qsizetype campi = std::distance(figli.begin(), figli.end());
+                ASSERT_EQ(campi, static_cast<qsizetype>(def.Campi.size()) + 2) << def.Chiave;
+                const QString id = QString::fromUtf8(n.first_child().child_value());
+                const DatiDocumento* d = c->Trova(id);
+                ASSERT_NE(d, nullptr) << qPrintable(id);
+                EXPECT_EQ(d->Coda, coda);
+                for (const pugi::xml_node l : n.last_child().children()) {
+                    const auto campiL = l.children();
+                    EXPECT_EQ(std::distance(campiL.begin(), campiL.end()), 2);
+                }
+                ++documenti;
+            }
+            ++coda;
+        }
+        EXPECT_EQ(coda, def.NumeroCode);
+        EXPECT_EQ(documenti, c->Totale());
+    }
+}
+
+TEST_F(Cartelle, ListingFieldsFollowTheColumnsAndDatesReadAsDates)
+{
+    const QString id = Fax().Coda(8).value(0);
+    ASSERT_FALSE(id.isEmpty());
+    const DatiDocumento& d = *Fax().Trova(id);
+    pugi::xml_document doc;
+    ASSERT_TRUE(doc.load_string(Fax().Nodo(id).toUtf8().constData()));
+    QStringList campi;
+    for (const pugi::xml_node f : doc.document_element().children())
+        campi << QString::fromUtf8(f.child_value());
+    // id, description, state, user, international and local prefixes, number, priority, in, done
+    EXPECT_EQ(campi.mid(0, 7), (QStringList{d.Id, d.Descrizione, d.Stato, d.Utente, d.PrefissoInternazionale,
+                                            d.PrefissoLocale, d.NumeroFax}));
+    EXPECT_TRUE(modDate::Leggi(campi[8]).isValid());
+    EXPECT_TRUE(modDate::Leggi(campi[9]).isValid());
+    const int conCollegati = [&] {
+        int n = 0;
+        for (qint32 q = 0; q < 13; ++q)
+            for (const QString& i : Fax().Coda(q))
+                n += Fax().Trova(i)->Collegati.isEmpty() ? 0 : 1;
+        return n;
+    }();
+    EXPECT_GT(conCollegati, 0) << "the demo has linked fax documents";
+}
+
+TEST_F(Cartelle, AMixedSelectionWithAnUnknownIdMovesNothing)
+{
+    RefServizio* fax = mServer->ServizioRef(u"PxSrvFax"_s);
+    QSignalSpy spostati(fax, &PxSrvServizio::DocumentoSpostato);
+    const QStringList presi = Fax().Coda(8, 3);
+    ASSERT_EQ(presi.size(), 3);
+    EXPECT_FALSE(Fax().SpostaDocumenti(Selezione(presi + QStringList{u"FAX-999999"_s}), 2).isEmpty());
+    EXPECT_FALSE(Fax().SpostaDocumenti(Selezione(presi), 13).isEmpty()) << "queue 13 does not exist";
+    EXPECT_FALSE(Fax().SpostaDocumenti(Selezione(presi), -1).isEmpty());
+    EXPECT_FALSE(Fax().SpostaDocumenti(u"<Root><ID>"_s, 2).isEmpty()) << "malformed selection";
+    EXPECT_EQ(spostati.size(), 0);
+    for (const QString& id : presi)
+        EXPECT_EQ(Fax().Trova(id)->Coda, 8);
+    ControllaCoerenza(Fax());
+
+    EXPECT_EQ(Fax().SpostaDocumenti(Selezione(presi + QStringList{presi[0]}), 2), QString()) << "a repeated id counts once";
+    ASSERT_EQ(spostati.size(), 3);
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(spostati[i][0].toInt(), 2);
+        EXPECT_EQ(spostati[i][1].toString(), presi[i]);
+        pugi::xml_document nodo;
+        ASSERT_TRUE(nodo.load_string(spostati[i][2].toString().toUtf8().constData()));
+        EXPECT_EQ(QString::fromUtf8(nodo.document_element().first_child().child_value()), presi[i]);
+        EXPECT_TRUE(QFileInfo::exists(Fax().Radice() + u"/Coda_2/"_s + presi[i] + u'/' + presi[i] + u".xml"_s));
+    }
+    ControllaCoerenza(Fax());
+}
+
+TEST_F(Cartelle, DocumentObjectPathsAndCounters)
+{
+    const QString id = Fax().Coda(8).value(0);
+    const QString documento = Fax().Documento(id);
+    pugi::xml_document doc;
+    ASSERT_TRUE(doc.load_string(documento.toUtf8().constData()));
+    EXPECT_STREQ(doc.document_element().name(), "Documento");
+    EXPECT_TRUE(doc.document_element().child("Proprieta"));
+    EXPECT_TRUE(doc.document_element().child("ElencoFile").first_child());
+    EXPECT_TRUE(QFileInfo(Fax().CartellaDocumento(id)).isDir());
+    const QString tif = Fax().FileOutput(id);
+    ASSERT_FALSE(tif.isEmpty());
+    EXPECT_EQ(modTiff::LeggiPagine(Leggi(tif)).size(), std::clamp(Fax().Trova(id)->Pagine, 1, 3));
+    EXPECT_EQ(Fax().Documento(u"FAX-999999"_s), QString());
+    EXPECT_EQ(Fax().CartellaDocumento(u"FAX-999999"_s), QString());
+
+    pugi::xml_document stato;
+    ASSERT_TRUE(stato.load_string(mServer->Servizio(u"PxSrvDocFax"_s)->StatoXml().toUtf8().constData()));
+    EXPECT_EQ(stato.document_element().select_node("Fax/Count").node().text().as_llong(), Fax().Totale());
+    EXPECT_EQ(stato.document_element().select_node("Fax/Trasmessi").node().text().as_llong(), Fax().Conteggio(8));
+}
+
+TEST_F(Cartelle, WorkersMoveDocumentsAndWriteOutputs)
+{
+    RefCartellaDocumenti& email = *mServer->Cartella(GenereCartella::Email);
+    const QStringList daConvertire = Fax().Coda(0);
+    const QStringList emailDaConvertire = email.Coda(0);
+    ASSERT_FALSE(daConvertire.isEmpty());
+    mServer->Lavoratori().ImpostaPerPasso(1000);
+    mServer->Lavoratori().Lavora();
+    for (const QString& id : daConvertire)
+        EXPECT_EQ(Fax().Trova(id)->Coda, 1);
+    mServer->Lavoratori().Lavora();
+    for (const QString& id : daConvertire) {
+        EXPECT_EQ(Fax().Trova(id)->Coda, 2);
+        EXPECT_FALSE(modTiff::LeggiPagine(Leggi(Fax().FileOutput(id))).isEmpty());
+    }
+    mServer->Lavoratori().Lavora();
+    for (const QString& id : emailDaConvertire)
+        EXPECT_TRUE(Leggi(email.FileOutput(id)).startsWith("%PDF-")) << qPrintable(id);
+    ControllaCoerenza(Fax());
+    ControllaCoerenza(email);
+}
+
+TEST_F(Cartelle, ASuspendedServiceStopsItsFolderAndASuspendedWorkerItsStage)
+{
+    RefCartellaDocumenti& stampe = *mServer->Cartella(GenereCartella::Stampa);
+    mServer->ServizioRef(u"PxSrvFax"_s)->Sospendi();
+    const QStringList fax0 = Fax().Coda(0), stampe0 = stampe.Coda(0);
+    ASSERT_FALSE(fax0.isEmpty());
+    ASSERT_FALSE(stampe0.isEmpty());
+    mServer->Lavoratori().ImpostaPerPasso(1000);
+    mServer->Lavoratori().Lavora();
+    EXPECT_EQ(Fax().Coda(0), fax0) << "the suspended fax service moved documents";
+    EXPECT_TRUE(stampe.Coda(0).isEmpty()) << "the printing service kept working";
+
+    mServer->ServizioRef(u"PxSrvFax"_s)->Avvia();
+    mServer->ServizioRef(u"PxSrvFaxVm"_s)->Sospendi();
+    const QStringList fax2 = Fax().Coda(2);
+    mServer->Lavoratori().Lavora();
+    EXPECT_TRUE(Fax().Coda(0).isEmpty()) << "conversion runs";
+    for (const QString& id : fax2)
+        EXPECT_EQ(Fax().Trova(id)->Coda, 2) << "transmission is suspended";
+}
+
+TEST_F(Cartelle, RejectedTwiceIsDiscarded)
+{
+    mServer->Lavoratori().ImpostaPercentualeRespinti(100);
+    mServer->Lavoratori().ImpostaPerPasso(1000);
+    const QStringList presi = Fax().Coda(1);
+    ASSERT_FALSE(presi.isEmpty());
+    mServer->Lavoratori().Lavora();
+    for (const QString& id : presi) {
+        EXPECT_EQ(Fax().Trova(id)->Coda, 9);
+        EXPECT_FALSE(Fax().Trova(id)->Errore.isEmpty());
+    }
+    ASSERT_EQ(Fax().SpostaDocumenti(Selezione(presi), 1), QString());
+    mServer->Lavoratori().Lavora();
+    for (const QString& id : presi)
+        EXPECT_EQ(Fax().Trova(id)->Coda, 10);
+}
+
+TEST_F(Cartelle, InputJobsBecomeDocumentsAndBadHeadersAreSetAside)
+{
+    RefIngresso* ingresso = mServer->Ingresso(u"PxSrvStampe"_s);
+    ASSERT_NE(ingresso, nullptr);
+    RefCartellaDocumenti& stampe = *mServer->Cartella(GenereCartella::Stampa);
+    const qsizetype prima = stampe.Totale();
+    const QString base = ingresso->Cartella() + u"/Pagina di prova di Laser-1"_s;
+    PxIntestazioneHpx h;
+    h.ScriviIntero({}, u"Tipo"_s, 2);
+    h.ScriviTesto(u"PROPRIETA"_s, u"Descrizione"_s, u"Stampa pagina di prova di Laser"_s);
+    h.ScriviTesto(u"PROPRIETA"_s, u"Utente"_s, u"operatore"_s);
+    h.ScriviTesto(u"STAMPA"_s, u"Stampante"_s, u"Laser amministrazione"_s);
+    h.ScriviIntero(u"STAMPA"_s, u"Numero"_s, 4);
+    QFile(base + u".spx"_s).open(QIODevice::WriteOnly);
+    { QFile f(base + u".bpx"_s); ASSERT_TRUE(f.open(QIODevice::WriteOnly)); f.write("Riga 1\r\n"); }
+    { QFile f(base + u".hpx"_s); ASSERT_TRUE(f.open(QIODevice::WriteOnly)); f.write(h.Serializza()); }
+    // Two bad jobs: a header that does not parse, and one without a printer.
+    const QString rotto = ingresso->Cartella() + u"/rotto"_s;
+    { QFile f(rotto + u".bpx"_s); ASSERT_TRUE(f.open(QIODevice::WriteOnly)); f.write("x"); }
+    { QFile f(rotto + u".hpx"_s); ASSERT_TRUE(f.open(QIODevice::WriteOnly)); f.write("<HPX Versione=\"2.0.0\"><Valore"); }
+    const QString incompleto = ingresso->Cartella() + u"/incompleto"_s;
+    PxIntestazioneHpx h2 = h;
+    PxIntestazioneHpx senzaStampante;
+    senzaStampante.ScriviIntero({}, u"Tipo"_s, 2);
+    senzaStampante.ScriviTesto(u"PROPRIETA"_s, u"Descrizione"_s, u"x"_s);
+    { QFile f(incompleto + u".bpx"_s); ASSERT_TRUE(f.open(QIODevice::WriteOnly)); f.write("x"); }
+    { QFile f(incompleto + u".hpx"_s); ASSERT_TRUE(f.open(QIODevice::WriteOnly)); f.write(senzaStampante.Serializza()); }
+
+    QSignalSpy spostati(mServer->ServizioRef(u"PxSrvStampe"_s), &PxSrvServizio::DocumentoSpostato);
+    EXPECT_EQ(ingresso->Scansiona(), 1);
+    EXPECT_EQ(stampe.Totale(), prima + 1);
+    ASSERT_EQ(spostati.size(), 1);
+    EXPECT_EQ(spostati[0][0].toInt(), 0);
+    const DatiDocumento* d = stampe.Trova(spostati[0][1].toString());
+    ASSERT_NE(d, nullptr);
+    EXPECT_EQ(d->Descrizione, u"Stampa pagina di prova di Laser"_s);
+    EXPECT_EQ(d->Stampante, u"Laser amministrazione"_s);
+    EXPECT_EQ(Leggi(stampe.CartellaDocumento(d->Id) + u'/' + d->FileCorpo), QByteArray("Riga 1\r\n"));
+    EXPECT_FALSE(d->FileScript.isEmpty());
+    EXPECT_TRUE(QDir(ingresso->Cartella()).entryList(QDir::Files).isEmpty()) << "every file was taken or set aside";
+    const QStringList messi = QDir(ingresso->CartellaRespinti()).entryList(QDir::Files);
+    EXPECT_EQ(messi, (QStringList{u"incompleto.bpx"_s, u"incompleto.hpx"_s, u"rotto.bpx"_s, u"rotto.hpx"_s}));
+    const QByteArray log = Leggi(mServer->ServizioRef(u"PxSrvStampe"_s)->Log().Percorso());
+    EXPECT_TRUE(log.contains("Lavoro rotto respinto, intestazione non valida"));
+    EXPECT_TRUE(log.contains("manca STAMPA/Stampante"));
+    ControllaCoerenza(stampe);
+    Q_UNUSED(h2);
+}
+
+TEST_F(Cartelle, ARestartFindsEveryDocumentWhereItWasAndSkipsCorruptOnes)
+{
+    const QString id = Fax().Coda(8).value(0);
+    ASSERT_EQ(Fax().SpostaDocumenti(Selezione({id}), 3), QString());
+    const QString vittima = Fax().Coda(9).value(0);
+    ASSERT_FALSE(vittima.isEmpty());
+    { QFile f(Fax().CartellaDocumento(vittima) + u'/' + vittima + u".xml"_s); ASSERT_TRUE(f.open(QIODevice::WriteOnly)); f.write("<Documento"); }
+    QDir().mkpath(Fax().Radice() + u"/Coda_0/vuota"_s);
+    const qsizetype prima = Fax().Totale();
+    Apri();
+    EXPECT_EQ(Fax().Trova(id)->Coda, 3);
+    EXPECT_EQ(Fax().Trova(vittima), nullptr);
+    EXPECT_EQ(Fax().Totale(), prima - 1);
+    const QByteArray log = Leggi(QDir(RefServer::CartellaLog(mDir.path())).filePath(u"PxSrvServer.log"_s));
+    EXPECT_TRUE(log.contains(vittima.toUtf8() + " saltato"));
+    EXPECT_TRUE(log.contains("vuota saltato"));
+    const QString nuovo = Fax().NuovoId();
+    EXPECT_EQ(Fax().Trova(nuovo), nullptr) << "new ids never reuse a loaded one";
+}
+
+TEST_F(Cartelle, PreviewsAndCompressedSendCreateDocumentsElsewhere)
+{
+    RefCartellaDocumenti& anteprime = *mServer->Cartella(GenereCartella::Anteprima);
+    RefCartellaDocumenti& email = *mServer->Cartella(GenereCartella::Email);
+    const QStringList presi = Fax().Coda(8, 2);
+    const qsizetype a = anteprime.Totale(), e = email.Totale();
+    EXPECT_EQ(Fax().GeneraAnteprime(Selezione(presi), u"127.0.0.1"_s), QString());
+    EXPECT_EQ(anteprime.Totale(), a + 2);
+    EXPECT_EQ(Fax().InviaCompresso(Selezione(presi)), QString());
+    ASSERT_EQ(email.Totale(), e + 1);
+    const QString nuovo = email.Coda(0).constLast();
+    const QDir cartella(email.CartellaDocumento(nuovo));
+    const QStringList archivi = cartella.entryList({u"*.pxz"_s});
+    ASSERT_EQ(archivi.size(), 1);
+    const auto contenuto = modFileDocumento::LeggiArchivio(Leggi(cartella.filePath(archivi[0])));
+    ASSERT_FALSE(contenuto.empty());
+    EXPECT_TRUE(contenuto.front().Nome.startsWith(presi[0] + u'/'));
+    EXPECT_FALSE(Fax().InviaCompresso(Selezione({u"FAX-999999"_s})).isEmpty());
+}
+
+TEST_F(Cartelle, StressMovesWhileWorkersRunKeepEveryDocumentOnce)
+{
+    mServer->Lavoratori().ImpostaPercentualeRespinti(10);
+    std::mt19937 caso(7);
+    QHash<QString, qsizetype> totali;
+    for (const modCartelle::Definizione& def : modCartelle::Cartelle())
+        totali.insert(QString::fromLatin1(def.Chiave), mServer->CartellaRef(QString::fromLatin1(def.Chiave))->Totale());
+    int comandi = 0;
+    for (int giro = 0; giro < 60; ++giro) {
+        for (const modCartelle::Definizione& def : modCartelle::Cartelle()) {
+            RefCartellaDocumenti& c = *mServer->CartellaRef(QString::fromLatin1(def.Chiave));
+            const qint32 da = static_cast<qint32>(caso() % static_cast<unsigned>(def.NumeroCode));
+            QStringList presi = c.Coda(da, 1 + static_cast<int>(caso() % 4));
+            if (caso() % 5 == 0)
+                presi << u"SCONOSCIUTO"_s; // refused whole
+            const qint32 a = static_cast<qint32>(caso() % static_cast<unsigned>(def.NumeroCode + 1)); // sometimes invalid
+            c.SpostaDocumenti(Selezione(presi), a);
+            ++comandi;
+        }
+        if (giro % 3 == 0)
+            mServer->Lavoratori().Lavora();
+        if (giro % 10 == 0)
+            mServer->ServizioRef(u"PxSrvFax"_s)->Sospendi();
+        if (giro % 10 == 5)
+            mServer->ServizioRef(u"PxSrvFax"_s)->Avvia();
+    }
+    for (const modCartelle::Definizione& def : modCartelle::Cartelle()) {
+        const RefCartellaDocumenti& c = *mServer->CartellaRef(QString::fromLatin1(def.Chiave));
+        ControllaCoerenza(c);
+        EXPECT_EQ(c.Totale(), totali.value(QString::fromLatin1(def.Chiave))) << def.Chiave;
+    }
+    // And a fresh start reads back exactly the same.
+    QHash<QString, qint32> code;
+    for (qint32 q = 0; q < 13; ++q)
+        for (const QString& id : Fax().Coda(q))
+            code.insert(id, q);
+    Apri();
+    for (auto it = code.cbegin(); it != code.cend(); ++it)
+        ASSERT_EQ(Fax().Trova(it.key())->Coda, it.value());
+    EXPECT_GT(comandi, 0);
+}
+
+TEST(modDemoDocumenti, SameNumberSameDocuments)
+{
+    QTemporaryDir a, b;
+    ASSERT_EQ(modDemo::CreaServerDemo(a.path(), 150), QString());
+    ASSERT_EQ(modDemo::CreaServerDemo(b.path(), 150), QString());
+    QStringList fa, fb;
+    for (QDirIterator it(a.path() + u"/Documenti"_s, QDir::Files, QDirIterator::Subdirectories); it.hasNext();)
+        fa << QDir(a.path()).relativeFilePath(it.next());
+    for (QDirIterator it(b.path() + u"/Documenti"_s, QDir::Files, QDirIterator::Subdirectories); it.hasNext();)
+        fb << QDir(b.path()).relativeFilePath(it.next());
+    fa.sort();
+    fb.sort();
+    ASSERT_EQ(fa, fb);
+    EXPECT_GT(fa.size(), 150 * 4);
+    for (const QString& f : fa) {
+        // Descriptions name their own folder, which differs; everything else is equal byte for byte.
+        if (f.endsWith(u".xml"_s))
+            continue;
+        ASSERT_EQ(Leggi(a.filePath(f)), Leggi(b.filePath(f))) << qPrintable(f);
+    }
+    RefServer s(a.path(), RefServer::Opzioni{false});
+    qsizetype totale = 0;
+    for (const modCartelle::Definizione& def : modCartelle::Cartelle()) {
+        const RefCartellaDocumenti& c = *s.CartellaRef(QString::fromLatin1(def.Chiave));
+        totale += c.Totale();
+        EXPECT_GT(c.Totale(), 0) << def.Chiave;
+    }
+    EXPECT_EQ(totale, 150);
+}
