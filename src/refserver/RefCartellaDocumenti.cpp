@@ -15,6 +15,8 @@
 #include <pugixml.hpp>
 
 #include <algorithm>
+#include <atomic>
+#include <thread>
 #include <sstream>
 
 using namespace Qt::StringLiterals;
@@ -156,7 +158,8 @@ void RefCartellaDocumenti::Inserisci(DatiDocumento d)
     const quint64 ordine = mProssimoOrdine++;
     mCode[static_cast<size_t>(d.Coda)].emplace(ordine, d.Id);
     const QString id = d.Id;
-    mIndice.insert(id, Voce{std::move(d), ordine});
+    Voce& voce = *mIndice.insert(id, Voce{std::move(d), ordine, {}});
+    Rinnova(voce);
 }
 
 void RefCartellaDocumenti::Registra(const DatiDocumento& d, const QString& testo) const
@@ -174,7 +177,7 @@ QByteArray RefCartellaDocumenti::TestoDescrizione(const DatiDocumento& d, const 
     dichiarazione.append_attribute("encoding") = "UTF-8";
     modProprieta::Scrivi(doc.append_child("Documento"), d, QDir::toNativeSeparators(cartella));
     std::ostringstream out;
-    doc.save(out, "  ", pugi::format_indent, pugi::encoding_utf8);
+    doc.save(out, "", pugi::format_raw, pugi::encoding_utf8);
     return QByteArray::fromStdString(out.str());
 }
 
@@ -214,42 +217,55 @@ int RefCartellaDocumenti::Carica()
 {
     struct Letto
     {
+        qint32 Coda;
+        QString Nome;
         DatiDocumento Dati;
-        QDateTime Chiave;
+        QString Motivo; // why it was skipped; "" when read
     };
     std::vector<Letto> letti;
     for (qint32 coda = 0; coda < mDef.NumeroCode; ++coda) {
         const QDir cartella(CartellaCoda(coda));
         QDir().mkpath(cartella.path());
-        for (const QString& nome : cartella.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name)) {
-            const QString file = cartella.filePath(nome + u'/' + nome + u".xml"_s);
+        for (const QString& nome : cartella.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name))
+            letti.push_back({coda, nome, {}, {}});
+    }
+    // Reading and parsing the descriptions is most of a large folder's start: shared by threads.
+    std::atomic<size_t> prossimo{0};
+    const auto leggi = [&] {
+        for (size_t i = prossimo++; i < letti.size(); i = prossimo++) {
+            Letto& l = letti[i];
+            const QString file = CartellaCoda(l.Coda) + u'/' + l.Nome + u'/' + l.Nome + u".xml"_s;
             pugi::xml_document doc;
             const pugi::xml_parse_result esito = doc.load_file(QFile::encodeName(file).constData());
-            DatiDocumento d;
-            QString motivo;
             if (!esito)
-                motivo = QStringLiteral("descrizione illeggibile (%1)").arg(QString::fromUtf8(esito.description()));
-            else if (!modProprieta::Leggi(doc.document_element(), d))
-                motivo = u"descrizione non valida"_s;
-            else if (d.Id != nome || d.Genere != mDef.Genere)
-                motivo = u"descrizione di un altro documento"_s;
-            if (!motivo.isEmpty()) {
-                mLogServer.Scrivi(modRigaLog::LivelloErrore,
-                                  QStringLiteral("%1: documento %2 saltato, %3").arg(Chiave(), cartella.filePath(nome), motivo));
-                continue;
-            }
-            d.Coda = coda; // the folder it lies in is the truth
-            const QDateTime chiave = d.Elaborato.isValid() ? d.Elaborato : d.Inserito;
-            letti.push_back({std::move(d), chiave});
+                l.Motivo = QStringLiteral("descrizione illeggibile (%1)").arg(QString::fromUtf8(esito.description()));
+            else if (!modProprieta::Leggi(doc.document_element(), l.Dati))
+                l.Motivo = u"descrizione non valida"_s;
+            else if (l.Dati.Id != l.Nome || l.Dati.Genere != mDef.Genere)
+                l.Motivo = u"descrizione di un altro documento"_s;
+            l.Dati.Coda = l.Coda; // the folder it lies in is the truth
         }
-    }
-    std::stable_sort(letti.begin(), letti.end(), [](const Letto& a, const Letto& b) { return a.Chiave < b.Chiave; });
+    };
+    std::vector<std::thread> fili;
+    for (unsigned t = 1; t < std::min(4u, std::max(1u, std::thread::hardware_concurrency())) && letti.size() > 64; ++t)
+        fili.emplace_back(leggi);
+    leggi();
+    for (std::thread& t : fili)
+        t.join();
+
+    const auto chiave = [](const Letto& l) { return l.Dati.Elaborato.isValid() ? l.Dati.Elaborato : l.Dati.Inserito; };
+    std::stable_sort(letti.begin(), letti.end(), [&](const Letto& a, const Letto& b) { return chiave(a) < chiave(b); });
+    mIndice.reserve(static_cast<qsizetype>(letti.size()));
     for (Letto& l : letti) {
-        if (mIndice.contains(l.Dati.Id)) {
-            mLogServer.Scrivi(modRigaLog::LivelloErrore,
-                              QStringLiteral("%1: documento %2 presente in due code, tenuto in %3")
-                                  .arg(Chiave(), l.Dati.Id)
-                                  .arg(mIndice.value(l.Dati.Id).Dati.Coda));
+        if (!l.Motivo.isEmpty()) {
+            mLogServer.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("%1: documento %2 saltato, %3")
+                                                             .arg(Chiave(), CartellaCoda(l.Coda) + u'/' + l.Nome, l.Motivo));
+            continue;
+        }
+        if (const auto doppio = mIndice.constFind(l.Dati.Id); doppio != mIndice.cend()) {
+            mLogServer.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("%1: documento %2 presente in due code, tenuto in %3")
+                                                             .arg(Chiave(), l.Dati.Id)
+                                                             .arg(doppio->Dati.Coda));
             continue;
         }
         const qsizetype trattino = l.Dati.Id.lastIndexOf(u'-');
@@ -340,6 +356,7 @@ QString RefCartellaDocumenti::Sposta(const QString& id, qint32 coda, const QStri
     d.Elaborato = QDateTime::currentDateTime();
     if (!stato.isEmpty())
         d.Stato = stato;
+    Rinnova(*it);
     QString errore;
     if (!ScriviDescrizione(d, &errore))
         mLogServer.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("%1: descrizione di %2 non aggiornata: %3").arg(Chiave(), id, errore));
@@ -364,8 +381,10 @@ QString RefCartellaDocumenti::Respingi(const QString& id, qint32 coda, qint32 co
     d.Errore = motivo;
     ++d.Rifiuti;
     const QString errore = Sposta(id, coda, motivo);
-    if (!errore.isEmpty())
+    if (!errore.isEmpty()) {
         d = prima;
+        Rinnova(*it);
+    }
     return errore;
 }
 
@@ -421,7 +440,7 @@ QByteArray RefCartellaDocumenti::TestoElenco() const
         const QByteArray elemento = "Coda_" + QByteArray::number(coda);
         out += '<' + elemento + '>';
         for (const auto& [ordine, id] : mCode[static_cast<size_t>(coda)])
-            AppendiNodo(out, mIndice.value(id).Dati);
+            out += mIndice.constFind(id)->Nodo;
         out += "</" + elemento + '>';
     }
     out += "</Elenco>";
@@ -430,12 +449,8 @@ QByteArray RefCartellaDocumenti::TestoElenco() const
 
 QString RefCartellaDocumenti::Nodo(const QString& id) const
 {
-    const DatiDocumento* d = Trova(id);
-    if (!d)
-        return {};
-    QByteArray out;
-    AppendiNodo(out, *d);
-    return QString::fromUtf8(out);
+    const auto it = mIndice.constFind(id);
+    return it == mIndice.cend() ? QString() : QString::fromUtf8(it->Nodo);
 }
 
 void RefCartellaDocumenti::RichiediElenco(quint64 richiesta)

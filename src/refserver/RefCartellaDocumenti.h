@@ -93,6 +93,7 @@ private:
     {
         DatiDocumento Dati;
         quint64 Ordine = 0;
+        QByteArray Nodo; // the listing node, kept so that a listing is one concatenation
     };
 
     QString CartellaCoda(qint32 coda) const;
@@ -101,6 +102,7 @@ private:
     void AggiornaContatori();
     void Registra(const DatiDocumento& d, const QString& testo) const;
     void AppendiNodo(QByteArray& out, const DatiDocumento& d) const;
+    void Rinnova(Voce& voce) const { voce.Nodo.clear(); AppendiNodo(voce.Nodo, voce.Dati); }
     QString Rifiuta(const QString& motivo) const;
 
     const modCartelle::Definizione& mDef;

@@ -158,8 +158,7 @@ DatiDocumento Documento(const modCartelle::Definizione& def, int numero, int glo
     }
     d.FileCorpo = d.Id + u".bpx"_s;
     d.FileIntestazione = d.Id + u".hpx"_s;
-    if (def.Genere == GenereCartella::Stampa)
-        d.FileScript = d.Id + u".spx"_s;
+    d.FileScript = d.Id + u".spx"_s;
     d.FileLog = d.Id + u".log"_s;
     if (HaUscita(def, d.Coda))
         d.FileOutput = d.Id + (TipoUscita(def) == modCartelle::Uscita::Tiff ? u".tif"_s : u".pdf"_s);
