@@ -64,13 +64,52 @@ struct DatiDocumento
 };
 
 // Dates as the server writes them in descriptions and listings: "dd/MM/yyyy HH:mm:ss".
+// Written and read by hand: QDateTime's format parser costs ten times more, and a large
+// folder reads two dates per document at start.
 namespace modDate {
 inline QString Testo(const QDateTime& data)
 {
-    return data.isValid() ? data.toString(QStringLiteral("dd/MM/yyyy HH:mm:ss")) : QString();
+    if (!data.isValid())
+        return {};
+    const QDate g = data.date();
+    const QTime o = data.time();
+    char16_t b[19];
+    const auto due = [&b](int i, int v) {
+        b[i] = static_cast<char16_t>(u'0' + v / 10);
+        b[i + 1] = static_cast<char16_t>(u'0' + v % 10);
+    };
+    due(0, g.day());
+    b[2] = u'/';
+    due(3, g.month());
+    b[5] = u'/';
+    due(6, g.year() / 100 % 100);
+    due(8, g.year() % 100);
+    b[10] = u' ';
+    due(11, o.hour());
+    b[13] = u':';
+    due(14, o.minute());
+    b[16] = u':';
+    due(17, o.second());
+    return QString(reinterpret_cast<const QChar*>(b), 19);
 }
-inline QDateTime Leggi(const QString& testo)
+inline QDateTime Leggi(QStringView testo)
 {
-    return QDateTime::fromString(testo.trimmed(), QStringLiteral("dd/MM/yyyy HH:mm:ss"));
+    testo = testo.trimmed();
+    if (testo.size() != 19 || testo[2] != u'/' || testo[5] != u'/' || testo[10] != u' ' || testo[13] != u':'
+        || testo[16] != u':')
+        return {};
+    int v[6] = {};
+    constexpr int inizio[6] = {0, 3, 6, 11, 14, 17};
+    constexpr int cifre[6] = {2, 2, 4, 2, 2, 2};
+    for (int k = 0; k < 6; ++k)
+        for (int i = 0; i < cifre[k]; ++i) {
+            const QChar c = testo[inizio[k] + i];
+            if (!c.isDigit())
+                return {};
+            v[k] = v[k] * 10 + c.digitValue();
+        }
+    const QDate data(v[2], v[1], v[0]);
+    const QTime ora(v[3], v[4], v[5]);
+    return data.isValid() && ora.isValid() ? QDateTime(data, ora) : QDateTime();
 }
 } // namespace modDate
