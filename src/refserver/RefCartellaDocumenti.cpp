@@ -334,13 +334,20 @@ QString RefCartellaDocumenti::Crea(DatiDocumento d, const std::vector<FileNuovo>
     return {};
 }
 
-QString RefCartellaDocumenti::Sposta(const QString& id, qint32 coda, const QString& stato)
+QString RefCartellaDocumenti::Verifica(const QString& id, qint32 coda) const
 {
-    const auto it = mIndice.find(id);
-    if (it == mIndice.end())
+    if (!mIndice.contains(id))
         return QStringLiteral("documento %1 sconosciuto").arg(id);
     if (coda < 0 || coda >= mDef.NumeroCode)
         return QStringLiteral("coda %1 non valida").arg(coda);
+    return {};
+}
+
+QString RefCartellaDocumenti::Sposta(const QString& id, qint32 coda, const QString& stato)
+{
+    if (const QString errore = Verifica(id, coda); !errore.isEmpty())
+        return errore;
+    const auto it = mIndice.find(id);
     DatiDocumento& d = it->Dati;
     const qint32 prima = d.Coda;
     if (prima != coda) {
@@ -370,11 +377,9 @@ QString RefCartellaDocumenti::Sposta(const QString& id, qint32 coda, const QStri
 
 QString RefCartellaDocumenti::Respingi(const QString& id, qint32 coda, qint32 codice, const QString& motivo)
 {
+    if (const QString errore = Verifica(id, coda); !errore.isEmpty())
+        return errore;
     const auto it = mIndice.find(id);
-    if (it == mIndice.end())
-        return QStringLiteral("documento %1 sconosciuto").arg(id);
-    if (coda < 0 || coda >= mDef.NumeroCode)
-        return QStringLiteral("coda %1 non valida").arg(coda);
     DatiDocumento& d = it->Dati;
     const DatiDocumento prima = d;
     d.CodiceErrore = codice;

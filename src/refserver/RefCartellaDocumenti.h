@@ -104,6 +104,8 @@ private:
     void AppendiNodo(QByteArray& out, const DatiDocumento& d) const;
     void Rinnova(Voce& voce) const { voce.Nodo.clear(); AppendiNodo(voce.Nodo, voce.Dati); }
     QString Rifiuta(const QString& motivo) const;
+    // "" when `id` is known and `coda` a queue of this folder, else why not.
+    QString Verifica(const QString& id, qint32 coda) const;
 
     const modCartelle::Definizione& mDef;
     QString mRadice;

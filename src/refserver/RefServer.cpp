@@ -5,6 +5,7 @@
 #include "PxLettoreIni.h"
 #include "RefBkgConsole.h"
 #include "RefCartellaDocumenti.h"
+#include "RefCatalogo.h"
 #include "RefIngresso.h"
 #include "RefLavoratori.h"
 #include "RefServizio.h"
@@ -46,6 +47,11 @@ RefServer::RefServer(const QString& cartella, Opzioni opzioni, QObject* parent)
         mServizi.insert(chiave, servizio);
         mChiavi << chiave;
     }
+
+    mCataloghi.insert(QStringLiteral("PxSrvFormati"),
+                      new RefCatalogo(QStringLiteral("PxSrvFormati"), QDir(mCartella).filePath(QStringLiteral("Formati")), mLog, this));
+    mCataloghi.insert(QStringLiteral("PxSrvFirme"),
+                      new RefCatalogo(QStringLiteral("PxSrvFirme"), QDir(mCartella).filePath(QStringLiteral("Firme")), mLog, this));
 
     const PxLettoreIni ini(QDir(mCartella).filePath(QStringLiteral("PlxConfigurazione.ini")));
     const QString sezione = QStringLiteral("Server di riferimento");
@@ -97,6 +103,8 @@ QString RefServer::Identificativo() const
 PxSrvServizio* RefServer::Servizio(const QString& chiave) const { return mServizi.value(chiave); }
 
 PxSrvCartellaDocumenti* RefServer::CartellaDocumenti(const QString& chiave) const { return mCartelle.value(chiave); }
+
+PxSrvCatalogo* RefServer::Catalogo(const QString& chiave) const { return mCataloghi.value(chiave); }
 
 QStringList RefServer::Chiavi() const { return mChiavi; }
 

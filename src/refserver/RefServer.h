@@ -10,6 +10,7 @@
 
 class PxSrvEventiServer;
 class RefCartellaDocumenti;
+class RefCatalogo;
 class RefIngresso;
 class RefLavoratori;
 class RefServizio;
@@ -23,6 +24,7 @@ class RefUsoSistema;
 //   Documenti/<Cartella>/Coda_<n>/<id>/   the documents (see RefCartellaDocumenti)
 //   Ingresso/<Servizio>/        where print jobs are dropped (see RefIngresso)
 //   LavoriRespinti/<Servizio>/  jobs whose header could not be read
+//   Formati/<Key>.xml, Firme/<Key>.xml   page formats and e-mail signatures
 //
 // Section "Server di riferimento" of PlxConfigurazione.ini sets the pace of the workers:
 // IntervalloLavoro (ms, default 2000), PercentualeRespinti (default 5), DocumentiPerPasso
@@ -49,6 +51,7 @@ public:
     qint32 Stato() const override { return mStato; }
     PxSrvServizio* Servizio(const QString& chiave) const override;
     PxSrvCartellaDocumenti* CartellaDocumenti(const QString& chiave) const override;
+    PxSrvCatalogo* Catalogo(const QString& chiave) const override;
     QStringList Chiavi() const override;
     PxSrvEventiServer* Eventi() const override;
     PxSrvBkgConsole* CreaBkgConsole() override;
@@ -71,6 +74,7 @@ private:
     QHash<QString, RefServizio*> mServizi;
     QHash<QString, RefCartellaDocumenti*> mCartelle;
     QHash<QString, RefIngresso*> mIngressi;
+    QHash<QString, RefCatalogo*> mCataloghi;
     RefLavoratori* mLavoratori = nullptr;
     QStringList mChiavi;
     PxSrvEventiServer* mEventi;

@@ -8,6 +8,7 @@
 
 class PxSrvBkgConsole;
 class PxSrvCartellaDocumenti;
+class PxSrvCatalogo;
 class PxSrvEventiServer;
 class PxSrvServizio;
 class PxSrvUsoSistema;
@@ -36,6 +37,8 @@ public:
     virtual PxSrvServizio* Servizio(const QString& chiave) const = 0;
     // The document folder of key "PxSrvDoc..." ("PxSrvDocFax").
     virtual PxSrvCartellaDocumenti* CartellaDocumenti(const QString& chiave) const = 0;
+    // The catalogue of a service that keeps objects ("PxSrvFormati", "PxSrvFirme").
+    virtual PxSrvCatalogo* Catalogo(const QString& chiave) const = 0;
     // The keys of every service, worker and folder the server has.
     virtual QStringList Chiavi() const = 0;
     // The server's event source.

@@ -55,6 +55,7 @@ public:
     qint32 Stato() const override { return mStato; }
     PxSrvServizio* Servizio(const QString& chiave) const override;
     PxSrvCartellaDocumenti* CartellaDocumenti(const QString&) const override { return nullptr; }
+    PxSrvCatalogo* Catalogo(const QString&) const override { return nullptr; }
     QStringList Chiavi() const override { return mServizi.keys(); }
     PxSrvEventiServer* Eventi() const override { return mEventi; }
     PxSrvBkgConsole* CreaBkgConsole() override { Bkg = new FakeBkgConsole; return Bkg; }
