@@ -1,5 +1,6 @@
 #include "PxIconResource.h"
 #include "PxRigaLog.h"
+#include "PxSrvCatalogo.h"
 #include "RefBkgConsole.h"
 #include "RefServer.h"
 #include "RefServizio.h"
@@ -69,6 +70,12 @@ TEST_F(Server, EveryServiceHasAStateWithTheElementsTheConsoleReads)
         EXPECT_NO_THROW(PxIconResource::CodiceStato(r));
     }
     EXPECT_EQ(s.Servizio(QStringLiteral("PxSrvNessuno")), nullptr);
+    // The demo's formats and signatures are served by their catalogues.
+    ASSERT_NE(s.Catalogo(QStringLiteral("PxSrvFormati")), nullptr);
+    ASSERT_NE(s.Catalogo(QStringLiteral("PxSrvFirme")), nullptr);
+    EXPECT_EQ(s.Catalogo(QStringLiteral("PxSrvStampe")), nullptr);
+    EXPECT_TRUE(s.Catalogo(QStringLiteral("PxSrvFormati"))->Oggetto(QStringLiteral("F001")).contains(QStringLiteral("<Key>F001</Key>")));
+    EXPECT_FALSE(s.Catalogo(QStringLiteral("PxSrvFirme"))->Oggetto(QStringLiteral("MROSSI")).isEmpty());
 }
 
 TEST_F(Server, DemoPrintersCoverEveryModelAndTheirIconsCompute)

@@ -1,0 +1,245 @@
+#include "PxXmlCallBack.h"
+#include "RefCatalogo.h"
+#include "RefLog.h"
+#include "modDemoFormati.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+#include <pugixml.hpp>
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <set>
+#include <vector>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// The element paths under Proprieta that each sheet reads, in sheet order.
+const QStringList Fronte46 = {
+    u"Key"_s, u"Descrizione"_s, u"Id"_s, u"Sigla"_s, u"Ditta"_s, u"Suddivisione"_s,
+    u"Lingua/Codice"_s, u"Lingua/Descrizione"_s, u"Tipo/Codice"_s, u"Tipo/Descrizione"_s,
+    u"ValidoDal"_s, u"KeyRetro"_s, u"RigheModulo"_s, u"CaratteriModulo"_s, u"NuovaPagina"_s,
+    u"AreaPaginaOttimizzabile"_s, u"Dimensione/Codice"_s, u"Dimensione/Descrizione"_s,
+    u"Orientamento/Codice"_s, u"Orientamento/Descrizione"_s, u"Elaborazione/Codice"_s,
+    u"Elaborazione/Descrizione"_s, u"StileTesto/Codice"_s, u"StileTesto/Descrizione"_s,
+    u"AreaStampa/Sinistro"_s, u"AreaStampa/Superiore"_s, u"AreaStampa/Destro"_s, u"AreaStampa/Inferiore"_s,
+    u"DoppiaLarghezza/Nome"_s, u"DoppiaLarghezza/Dimensione"_s, u"DoppiaLarghezza/Grassetto"_s,
+    u"DoppiaLarghezza/Corsivo"_s, u"DoppiaLarghezza/Sottolineato"_s, u"DoppiaLarghezza/Barrato"_s,
+    u"DoppiaLarghezza/IgnoraGrassetto"_s,
+    u"Decimi/Nome"_s, u"Decimi/Dimensione"_s, u"Decimi/Grassetto"_s, u"Decimi/Corsivo"_s,
+    u"Decimi/Sottolineato"_s, u"Decimi/Barrato"_s, u"Decimi/IgnoraGrassetto"_s,
+    u"Dodicesimi/Nome"_s, u"Dodicesimi/Dimensione"_s, u"Dodicesimi/Grassetto"_s, u"Dodicesimi/Corsivo"_s,
+    u"Dodicesimi/Sottolineato"_s, u"Dodicesimi/Barrato"_s, u"Dodicesimi/IgnoraGrassetto"_s,
+    u"Quindicesimi/Nome"_s, u"Quindicesimi/Dimensione"_s, u"Quindicesimi/Grassetto"_s,
+    u"Quindicesimi/Corsivo"_s, u"Quindicesimi/Sottolineato"_s, u"Quindicesimi/Barrato"_s,
+    u"Quindicesimi/IgnoraGrassetto"_s,
+    u"Compresso/Nome"_s, u"Compresso/Dimensione"_s, u"Compresso/Grassetto"_s, u"Compresso/Corsivo"_s,
+    u"Compresso/Sottolineato"_s, u"Compresso/Barrato"_s, u"Compresso/IgnoraGrassetto"_s,
+    u"UltimaModifica"_s, u"Riestratto"_s, u"CopieDelegabili"_s};
+
+const QStringList Retro47 = {
+    u"Key"_s, u"Descrizione"_s, u"Id"_s, u"Sigla"_s, u"Ditta"_s, u"Suddivisione"_s,
+    u"Lingua/Codice"_s, u"Lingua/Descrizione"_s, u"Tipo/Codice"_s, u"Tipo/Descrizione"_s,
+    u"ValidoDal"_s, u"RigheModulo"_s, u"CaratteriModulo"_s,
+    u"AreaPaginaOttimizzabile"_s, u"Dimensione/Codice"_s, u"Dimensione/Descrizione"_s,
+    u"Orientamento/Codice"_s, u"Orientamento/Descrizione"_s, u"Elaborazione/Codice"_s,
+    u"Elaborazione/Descrizione"_s, u"StileTesto/Codice"_s, u"StileTesto/Descrizione"_s,
+    u"AreaStampa/Sinistro"_s, u"AreaStampa/Superiore"_s, u"AreaStampa/Destro"_s, u"AreaStampa/Inferiore"_s,
+    u"DoppiaLarghezza/Nome"_s, u"DoppiaLarghezza/Dimensione"_s, u"DoppiaLarghezza/Grassetto"_s,
+    u"DoppiaLarghezza/Corsivo"_s, u"DoppiaLarghezza/Sottolineato"_s, u"DoppiaLarghezza/Barrato"_s,
+    u"DoppiaLarghezza/IgnoraGrassetto"_s,
+    u"Decimi/Nome"_s, u"Decimi/Dimensione"_s, u"Decimi/Grassetto"_s, u"Decimi/Corsivo"_s,
+    u"Decimi/Sottolineato"_s, u"Decimi/Barrato"_s, u"Decimi/IgnoraGrassetto"_s,
+    u"Dodicesimi/Nome"_s, u"Dodicesimi/Dimensione"_s, u"Dodicesimi/Grassetto"_s, u"Dodicesimi/Corsivo"_s,
+    u"Dodicesimi/Sottolineato"_s, u"Dodicesimi/Barrato"_s, u"Dodicesimi/IgnoraGrassetto"_s,
+    u"Quindicesimi/Nome"_s, u"Quindicesimi/Dimensione"_s, u"Quindicesimi/Grassetto"_s,
+    u"Quindicesimi/Corsivo"_s, u"Quindicesimi/Sottolineato"_s, u"Quindicesimi/Barrato"_s,
+    u"Quindicesimi/IgnoraGrassetto"_s,
+    u"Compresso/Nome"_s, u"Compresso/Dimensione"_s, u"Compresso/Grassetto"_s, u"Compresso/Corsivo"_s,
+    u"Compresso/Sottolineato"_s, u"Compresso/Barrato"_s, u"Compresso/IgnoraGrassetto"_s,
+    u"UltimaModifica"_s, u"Riestratto"_s, u"CopieDelegabili"_s};
+
+const QStringList Frontespizio48 = {u"Key"_s, u"Id"_s, u"Descrizione"_s, u"Sigla"_s, u"Ditta"_s,
+                                    u"Suddivisione"_s, u"Lingua/Codice"_s, u"Lingua/Descrizione"_s,
+                                    u"Tipo/Codice"_s, u"Tipo/Descrizione"_s, u"ValidoDal"_s,
+                                    u"UltimaModifica"_s, u"Riestratto"_s};
+
+const QStringList Firma49 = {u"Key"_s, u"Descrizione"_s, u"Sigla"_s, u"Ditta"_s, u"Suddivisione"_s, u"Utente"_s,
+                             u"Lingua/Codice"_s, u"Lingua/Descrizione"_s, u"UltimaModifica"_s, u"Riestratto"_s};
+
+struct Layout
+{
+    const char* Radice;
+    const QStringList* Percorsi;
+};
+
+// By the root's Genere.
+const std::map<std::string, Layout> Layouts = {{"Fronte", {"Formato", &Fronte46}},
+                                               {"Retro", {"Formato", &Retro47}},
+                                               {"Frontespizio", {"Formato", &Frontespizio48}},
+                                               {"Firma", {"Firma", &Firma49}}};
+
+struct Catalogo
+{
+    QString Servizio;
+    QString Cartella;
+    std::vector<std::string> Generi; // every kind the demo must hold
+};
+
+const Catalogo Cataloghi[] = {{u"PxSrvFormati"_s, u"Formati"_s, {"Fronte", "Retro", "Frontespizio"}},
+                              {u"PxSrvFirme"_s, u"Firme"_s, {"Firma"}}};
+
+// The leaf elements under `nodo`, as paths relative to it.
+void Foglie(pugi::xml_node nodo, const QString& prefisso, QStringList& percorsi)
+{
+    for (pugi::xml_node n = nodo.first_child(); n; n = n.next_sibling()) {
+        if (n.type() != pugi::node_element)
+            continue;
+        const QString percorso = prefisso + QString::fromUtf8(n.name());
+        if (n.find_child([](pugi::xml_node c) { return c.type() == pugi::node_element; }))
+            Foglie(n, percorso + u'/', percorsi);
+        else
+            percorsi << percorso;
+    }
+}
+
+class modDemoFormati : public ::testing::Test
+{
+protected:
+    void SetUp() override { ASSERT_EQ(modDemo::CreaFormatiDemo(mDir.path()), QString()); }
+
+    QString Cartella(const Catalogo& c) const { return mDir.filePath(c.Cartella); }
+    QStringList File(const Catalogo& c) const { return QDir(Cartella(c)).entryList({u"*.xml"_s}, QDir::Files, QDir::Name); }
+
+    // The listing as delivered from the event loop, never inside the call.
+    std::vector<std::array<QString, 3>> Elenco(RefCatalogo& catalogo)
+    {
+        PxXmlCallBack risposta;
+        QSignalSpy spia(&risposta, &PxXmlCallBack::XmlCallBack);
+        catalogo.Elenca(&risposta);
+        EXPECT_EQ(spia.count(), 0);
+        QCoreApplication::processEvents();
+        std::vector<std::array<QString, 3>> righe;
+        if (spia.count() != 1)
+            return righe;
+        const QByteArray xml = spia.at(0).at(0).toString().toUtf8();
+        pugi::xml_document doc;
+        EXPECT_TRUE(doc.load_buffer(xml.constData(), static_cast<size_t>(xml.size())));
+        for (pugi::xml_node o : doc.child("Elenco").children("Oggetto")) {
+            std::array<QString, 3> riga;
+            size_t i = 0;
+            for (pugi::xml_node f : o.children("F"))
+                if (i < riga.size())
+                    riga[i++] = QString::fromUtf8(f.text().get());
+            EXPECT_EQ(i, riga.size());
+            righe.push_back(riga);
+        }
+        return righe;
+    }
+
+    QTemporaryDir mDir;
+    RefLog mLog{mDir.filePath(u"x.log"_s)};
+};
+
+TEST_F(modDemoFormati, ElencoUnOggettoPerFileConChiaveGenereDescrizione)
+{
+    for (const Catalogo& c : Cataloghi) {
+        RefCatalogo catalogo(c.Servizio, Cartella(c), mLog);
+        const QStringList file = File(c);
+        const auto righe = Elenco(catalogo);
+        ASSERT_EQ(righe.size(), static_cast<size_t>(file.size())) << c.Servizio.toStdString();
+        std::set<std::string> generi;
+        for (size_t i = 0; i < righe.size(); ++i) {
+            pugi::xml_document doc;
+            ASSERT_TRUE(doc.load_file(QFile::encodeName(QDir(Cartella(c)).filePath(file[static_cast<qsizetype>(i)])).constData()));
+            const pugi::xml_node radice = doc.document_element();
+            EXPECT_EQ(righe[i][0] + u".xml"_s, file[static_cast<qsizetype>(i)]);
+            EXPECT_EQ(righe[i][1], QString::fromUtf8(radice.attribute("Genere").value()));
+            EXPECT_EQ(righe[i][2], QString::fromUtf8(radice.child("Proprieta").child_value("Descrizione")));
+            EXPECT_FALSE(righe[i][2].isEmpty());
+            generi.insert(radice.attribute("Genere").value());
+        }
+        EXPECT_EQ(generi, std::set<std::string>(c.Generi.begin(), c.Generi.end())) << c.Servizio.toStdString();
+    }
+}
+
+TEST_F(modDemoFormati, OggettoHaOgniElementoDelSuoLayoutInOrdine)
+{
+    for (const Catalogo& c : Cataloghi) {
+        RefCatalogo catalogo(c.Servizio, Cartella(c), mLog);
+        for (const auto& riga : Elenco(catalogo)) {
+            const QByteArray xml = catalogo.Oggetto(riga[0]).toUtf8();
+            pugi::xml_document doc;
+            ASSERT_TRUE(doc.load_buffer(xml.constData(), static_cast<size_t>(xml.size()))) << riga[0].toStdString();
+            const pugi::xml_node radice = doc.document_element();
+            const auto layout = Layouts.find(radice.attribute("Genere").value());
+            ASSERT_NE(layout, Layouts.end()) << riga[0].toStdString();
+            EXPECT_STREQ(radice.name(), layout->second.Radice);
+            QStringList percorsi;
+            Foglie(radice.child("Proprieta"), QString(), percorsi);
+            EXPECT_EQ(percorsi.join(u' ').toStdString(), layout->second.Percorsi->join(u' ').toStdString())
+                << riga[0].toStdString();
+            EXPECT_EQ(QString::fromUtf8(radice.child("Proprieta").child_value("Key")), riga[0]);
+        }
+        EXPECT_EQ(catalogo.Oggetto(u"NESSUNO"_s), QString());
+    }
+}
+
+TEST_F(modDemoFormati, RetroAssociatoVuotoOppureUnRetro)
+{
+    RefCatalogo catalogo(u"PxSrvFormati"_s, Cartella(Cataloghi[0]), mLog);
+    const auto righe = Elenco(catalogo);
+    QStringList retro;
+    for (const auto& riga : righe)
+        if (riga[1] == u"Retro"_s)
+            retro << riga[0];
+    int associati = 0, senza = 0;
+    for (const auto& riga : righe) {
+        if (riga[1] != u"Fronte"_s)
+            continue;
+        const QByteArray xml = catalogo.Oggetto(riga[0]).toUtf8();
+        pugi::xml_document doc;
+        ASSERT_TRUE(doc.load_buffer(xml.constData(), static_cast<size_t>(xml.size())));
+        const QString chiave = QString::fromUtf8(doc.document_element().child("Proprieta").child_value("KeyRetro"));
+        EXPECT_TRUE(chiave.isEmpty() || retro.contains(chiave)) << riga[0].toStdString() << " -> " << chiave.toStdString();
+        ++(chiave.isEmpty() ? senza : associati);
+    }
+    EXPECT_GT(associati, 0);
+    EXPECT_GT(senza, 0);
+}
+
+TEST_F(modDemoFormati, RefCatalogoSaltaIFileDifettosiELiScriveNelLog)
+{
+    const QDir formati(Cartella(Cataloghi[0]));
+    const qsizetype buoni = File(Cataloghi[0]).size();
+    const std::pair<const char*, const char*> difettosi[] = {
+        {"000_Rotto.xml", "<Formato Genere=\"Fronte\"><Proprieta><Key>X</Key>"},
+        {"F005a.xml", "<Formato Genere=\"Fronte\"><Proprieta><Descrizione>Senza chiave</Descrizione></Proprieta></Formato>"},
+        {"F005b.xml", "<Formato Genere=\"Retro\"><Proprieta><Key>  </Key></Proprieta></Formato>"}};
+    for (const auto& [nome, testo] : difettosi) {
+        QFile f(formati.filePath(QString::fromUtf8(nome)));
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(testo);
+    }
+
+    RefCatalogo catalogo(u"PxSrvFormati"_s, formati.path(), mLog);
+    EXPECT_EQ(catalogo.Conteggio(), buoni);
+    EXPECT_EQ(Elenco(catalogo).size(), static_cast<size_t>(buoni));
+    QFile log(mLog.Percorso());
+    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
+    const QList<QByteArray> righe = log.readAll().split('\n');
+    for (const auto& [nome, testo] : difettosi)
+        EXPECT_EQ(std::count_if(righe.begin(), righe.end(), [n = nome](const QByteArray& r) { return r.contains(n); }), 1)
+            << nome;
+}
+
+} // namespace
