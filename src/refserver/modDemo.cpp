@@ -26,6 +26,30 @@ QString Scrivi(const QString& file, const QByteArray& dati)
 
 } // namespace
 
+namespace {
+
+// The configuration tables speak of an installation in "D:\\Pelorix"; the demo's folders live
+// in the server folder instead, and exist, so that the operator can open them.
+void LocalizzaPercorsi(pugi::xml_node nodo, const QString& cartella)
+{
+    static const QString prefisso = QStringLiteral("D:\\Pelorix\\");
+    for (pugi::xml_node figlio : nodo.children()) {
+        if (figlio.type() == pugi::node_pcdata) {
+            const QString testo = QString::fromUtf8(figlio.value());
+            if (!testo.startsWith(prefisso, Qt::CaseInsensitive))
+                continue;
+            const QString percorso = QDir(cartella).filePath(testo.mid(prefisso.size()).replace(u'\\', u'/'));
+            const QFileInfo info(percorso);
+            QDir().mkpath(info.suffix().isEmpty() ? percorso : info.path());
+            figlio.set_value(QDir::toNativeSeparators(QDir::cleanPath(percorso)).toUtf8().constData());
+        } else {
+            LocalizzaPercorsi(figlio, cartella);
+        }
+    }
+}
+
+} // namespace
+
 bool EServer(const QString& cartella)
 {
     return QFileInfo::exists(QDir(cartella).filePath(QStringLiteral("PlxConfigurazione.ini")))
@@ -62,6 +86,7 @@ QString CreaServerDemo(const QString& cartella, int documenti, quint64 seme)
     for (const modCatalogo::VoceServizio& voce : modCatalogo::Voci()) {
         pugi::xml_document doc;
         ConfigurazioneServizio(doc.append_child(voce.Chiave), voce.Chiave);
+        LocalizzaPercorsi(doc, cartella);
         const QLatin1StringView chiave(voce.Chiave);
         const QString file = QDir(RefServer::CartellaServizi(cartella)).filePath(QString(chiave) + QStringLiteral(".xml"));
         if (!doc.save_file(file.toUtf8().constData(), "  ", pugi::format_indent, pugi::encoding_utf8))
