@@ -24,49 +24,30 @@ using namespace Qt::StringLiterals;
 namespace {
 
 // The element paths under Proprieta that each sheet reads, in sheet order.
-const QStringList Fronte46 = {
-    u"Key"_s, u"Descrizione"_s, u"Id"_s, u"Sigla"_s, u"Ditta"_s, u"Suddivisione"_s,
-    u"Lingua/Codice"_s, u"Lingua/Descrizione"_s, u"Tipo/Codice"_s, u"Tipo/Descrizione"_s,
-    u"ValidoDal"_s, u"KeyRetro"_s, u"RigheModulo"_s, u"CaratteriModulo"_s, u"NuovaPagina"_s,
-    u"AreaPaginaOttimizzabile"_s, u"Dimensione/Codice"_s, u"Dimensione/Descrizione"_s,
-    u"Orientamento/Codice"_s, u"Orientamento/Descrizione"_s, u"Elaborazione/Codice"_s,
-    u"Elaborazione/Descrizione"_s, u"StileTesto/Codice"_s, u"StileTesto/Descrizione"_s,
-    u"AreaStampa/Sinistro"_s, u"AreaStampa/Superiore"_s, u"AreaStampa/Destro"_s, u"AreaStampa/Inferiore"_s,
-    u"DoppiaLarghezza/Nome"_s, u"DoppiaLarghezza/Dimensione"_s, u"DoppiaLarghezza/Grassetto"_s,
-    u"DoppiaLarghezza/Corsivo"_s, u"DoppiaLarghezza/Sottolineato"_s, u"DoppiaLarghezza/Barrato"_s,
-    u"DoppiaLarghezza/IgnoraGrassetto"_s,
-    u"Decimi/Nome"_s, u"Decimi/Dimensione"_s, u"Decimi/Grassetto"_s, u"Decimi/Corsivo"_s,
-    u"Decimi/Sottolineato"_s, u"Decimi/Barrato"_s, u"Decimi/IgnoraGrassetto"_s,
-    u"Dodicesimi/Nome"_s, u"Dodicesimi/Dimensione"_s, u"Dodicesimi/Grassetto"_s, u"Dodicesimi/Corsivo"_s,
-    u"Dodicesimi/Sottolineato"_s, u"Dodicesimi/Barrato"_s, u"Dodicesimi/IgnoraGrassetto"_s,
-    u"Quindicesimi/Nome"_s, u"Quindicesimi/Dimensione"_s, u"Quindicesimi/Grassetto"_s,
-    u"Quindicesimi/Corsivo"_s, u"Quindicesimi/Sottolineato"_s, u"Quindicesimi/Barrato"_s,
-    u"Quindicesimi/IgnoraGrassetto"_s,
-    u"Compresso/Nome"_s, u"Compresso/Dimensione"_s, u"Compresso/Grassetto"_s, u"Compresso/Corsivo"_s,
-    u"Compresso/Sottolineato"_s, u"Compresso/Barrato"_s, u"Compresso/IgnoraGrassetto"_s,
-    u"UltimaModifica"_s, u"Riestratto"_s, u"CopieDelegabili"_s};
+// A front page's paths in sheet order; with `fronte` false, a back page's (no KeyRetro, NuovaPagina).
+QStringList PercorsiFormato(bool fronte)
+{
+    QStringList p{u"Key"_s, u"Descrizione"_s, u"Id"_s, u"Sigla"_s, u"Ditta"_s, u"Suddivisione"_s,
+                  u"Lingua/Codice"_s, u"Lingua/Descrizione"_s, u"Tipo/Codice"_s, u"Tipo/Descrizione"_s, u"ValidoDal"_s};
+    if (fronte)
+        p << u"KeyRetro"_s;
+    p << u"RigheModulo"_s << u"CaratteriModulo"_s;
+    if (fronte)
+        p << u"NuovaPagina"_s;
+    p << u"AreaPaginaOttimizzabile"_s;
+    for (const QString& gruppo : {u"Dimensione"_s, u"Orientamento"_s, u"Elaborazione"_s, u"StileTesto"_s})
+        p << gruppo + u"/Codice"_s << gruppo + u"/Descrizione"_s;
+    for (const QString& lato : {u"Sinistro"_s, u"Superiore"_s, u"Destro"_s, u"Inferiore"_s})
+        p << u"AreaStampa/"_s + lato;
+    for (const QString& passo : {u"DoppiaLarghezza"_s, u"Decimi"_s, u"Dodicesimi"_s, u"Quindicesimi"_s, u"Compresso"_s})
+        for (const QString& voce : {u"Nome"_s, u"Dimensione"_s, u"Grassetto"_s, u"Corsivo"_s, u"Sottolineato"_s,
+                                    u"Barrato"_s, u"IgnoraGrassetto"_s})
+            p << passo + u'/' + voce;
+    return p << u"UltimaModifica"_s << u"Riestratto"_s << u"CopieDelegabili"_s;
+}
 
-const QStringList Retro47 = {
-    u"Key"_s, u"Descrizione"_s, u"Id"_s, u"Sigla"_s, u"Ditta"_s, u"Suddivisione"_s,
-    u"Lingua/Codice"_s, u"Lingua/Descrizione"_s, u"Tipo/Codice"_s, u"Tipo/Descrizione"_s,
-    u"ValidoDal"_s, u"RigheModulo"_s, u"CaratteriModulo"_s,
-    u"AreaPaginaOttimizzabile"_s, u"Dimensione/Codice"_s, u"Dimensione/Descrizione"_s,
-    u"Orientamento/Codice"_s, u"Orientamento/Descrizione"_s, u"Elaborazione/Codice"_s,
-    u"Elaborazione/Descrizione"_s, u"StileTesto/Codice"_s, u"StileTesto/Descrizione"_s,
-    u"AreaStampa/Sinistro"_s, u"AreaStampa/Superiore"_s, u"AreaStampa/Destro"_s, u"AreaStampa/Inferiore"_s,
-    u"DoppiaLarghezza/Nome"_s, u"DoppiaLarghezza/Dimensione"_s, u"DoppiaLarghezza/Grassetto"_s,
-    u"DoppiaLarghezza/Corsivo"_s, u"DoppiaLarghezza/Sottolineato"_s, u"DoppiaLarghezza/Barrato"_s,
-    u"DoppiaLarghezza/IgnoraGrassetto"_s,
-    u"Decimi/Nome"_s, u"Decimi/Dimensione"_s, u"Decimi/Grassetto"_s, u"Decimi/Corsivo"_s,
-    u"Decimi/Sottolineato"_s, u"Decimi/Barrato"_s, u"Decimi/IgnoraGrassetto"_s,
-    u"Dodicesimi/Nome"_s, u"Dodicesimi/Dimensione"_s, u"Dodicesimi/Grassetto"_s, u"Dodicesimi/Corsivo"_s,
-    u"Dodicesimi/Sottolineato"_s, u"Dodicesimi/Barrato"_s, u"Dodicesimi/IgnoraGrassetto"_s,
-    u"Quindicesimi/Nome"_s, u"Quindicesimi/Dimensione"_s, u"Quindicesimi/Grassetto"_s,
-    u"Quindicesimi/Corsivo"_s, u"Quindicesimi/Sottolineato"_s, u"Quindicesimi/Barrato"_s,
-    u"Quindicesimi/IgnoraGrassetto"_s,
-    u"Compresso/Nome"_s, u"Compresso/Dimensione"_s, u"Compresso/Grassetto"_s, u"Compresso/Corsivo"_s,
-    u"Compresso/Sottolineato"_s, u"Compresso/Barrato"_s, u"Compresso/IgnoraGrassetto"_s,
-    u"UltimaModifica"_s, u"Riestratto"_s, u"CopieDelegabili"_s};
+const QStringList Fronte46 = PercorsiFormato(true);
+const QStringList Retro47 = PercorsiFormato(false);
 
 const QStringList Frontespizio48 = {u"Key"_s, u"Id"_s, u"Descrizione"_s, u"Sigla"_s, u"Ditta"_s,
                                     u"Suddivisione"_s, u"Lingua/Codice"_s, u"Lingua/Descrizione"_s,
