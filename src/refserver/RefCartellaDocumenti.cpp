@@ -97,6 +97,7 @@ RefCartellaDocumenti::RefCartellaDocumenti(const modCartelle::Definizione& defin
                                            RefServizio* servizio, RefServizio* stato, RefLog& logServer, QObject* parent)
     : PxSrvCartellaDocumenti(parent),
       mDef(definizione),
+      mCartellaServer(cartellaServer),
       mRadice(RadiceDi(definizione, cartellaServer)),
       mServizio(servizio),
       mStato(stato),
@@ -226,6 +227,7 @@ int RefCartellaDocumenti::Carica()
     for (qint32 coda = 0; coda < mDef.NumeroCode; ++coda) {
         const QDir cartella(CartellaCoda(coda));
         QDir().mkpath(cartella.path());
+        Recupera(cartella.path());
         for (const QString& nome : cartella.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name))
             letti.push_back({coda, nome, {}, {}});
     }
@@ -274,6 +276,25 @@ int RefCartellaDocumenti::Carica()
     }
     AggiornaContatori();
     return static_cast<int>(mIndice.size());
+}
+
+void RefCartellaDocumenti::Recupera(const QString& cartellaCoda)
+{
+    const QDir cartella(cartellaCoda);
+    const QStringList interrotte =
+        cartella.entryList({u".*.nuovo"_s}, QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
+    if (interrotte.isEmpty())
+        return;
+    const QString respinti = QDir(mCartellaServer).filePath(u"LavoriRespinti/"_s + ChiaveServizio());
+    QDir().mkpath(respinti);
+    for (const QString& nome : interrotte) {
+        const QString destinazione = respinti + u'/' + nome.mid(1).chopped(6) + u"-interrotto-"_s
+            + QDateTime::currentDateTime().toString(u"yyyyMMddHHmmsszzz"_s);
+        const bool ok = QDir().rename(cartella.filePath(nome), destinazione);
+        mLogServer.Scrivi(modRigaLog::LivelloAvviso,
+                          ok ? QStringLiteral("%1: creazione interrotta di %2 messa da parte in %3").arg(Chiave(), nome, destinazione)
+                             : QStringLiteral("%1: impossibile mettere da parte %2").arg(Chiave(), cartella.filePath(nome)));
+    }
 }
 
 QString RefCartellaDocumenti::Crea(DatiDocumento d, const std::vector<FileNuovo>& file, bool annuncia)

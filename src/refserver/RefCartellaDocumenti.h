@@ -107,7 +107,12 @@ private:
     // "" when `id` is known and `coda` a queue of this folder, else why not.
     QString Verifica(const QString& id, qint32 coda) const;
 
+    // A creation a crash interrupted leaves a hidden ".<id>.nuovo" folder: its files (maybe a
+    // job's, moved in from an input folder) are set aside whole, never deleted.
+    void Recupera(const QString& cartellaCoda);
+
     const modCartelle::Definizione& mDef;
+    QString mCartellaServer;
     QString mRadice;
     RefServizio* mServizio;
     RefServizio* mStato;

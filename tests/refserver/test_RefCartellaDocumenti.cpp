@@ -327,8 +327,17 @@ TEST_F(Cartelle, ARestartFindsEveryDocumentWhereItWasAndSkipsCorruptOnes)
     ASSERT_FALSE(vittima.isEmpty());
     { QFile f(Fax().CartellaDocumento(vittima) + u'/' + vittima + u".xml"_s); ASSERT_TRUE(f.open(QIODevice::WriteOnly)); f.write("<Documento"); }
     QDir().mkpath(Fax().Radice() + u"/Coda_0/vuota"_s);
+    // A creation cut short by a crash: its files are set aside, not lost and not loaded.
+    const QString interrotta = Fax().Radice() + u"/Coda_0/.FAX-777777.nuovo"_s;
+    QDir().mkpath(interrotta);
+    { QFile f(interrotta + u"/lavoro.bpx"_s); ASSERT_TRUE(f.open(QIODevice::WriteOnly)); f.write("corpo"); }
     const qsizetype prima = Fax().Totale();
     Apri();
+    EXPECT_FALSE(QFileInfo::exists(interrotta));
+    const QStringList messi = QDir(mDir.filePath(u"LavoriRespinti/PxSrvFax"_s)).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    ASSERT_EQ(messi.size(), 1);
+    EXPECT_TRUE(messi[0].startsWith(u"FAX-777777-interrotto-"_s));
+    EXPECT_EQ(Leggi(mDir.filePath(u"LavoriRespinti/PxSrvFax/"_s + messi[0] + u"/lavoro.bpx"_s)), QByteArray("corpo"));
     EXPECT_EQ(Fax().Trova(id)->Coda, 3);
     EXPECT_EQ(Fax().Trova(vittima), nullptr);
     EXPECT_EQ(Fax().Totale(), prima - 1);
