@@ -249,7 +249,8 @@ int RefCartellaDocumenti::Carica()
         }
     };
     std::vector<std::thread> fili;
-    for (unsigned t = 1; t < std::min(4u, std::max(1u, std::thread::hardware_concurrency())) && letti.size() > 64; ++t)
+    // Mostly waiting on the disk when the cache is cold: more readers than cores keep it busy.
+    for (unsigned t = 1; t < 8 && letti.size() > 64; ++t)
         fili.emplace_back(leggi);
     leggi();
     for (std::thread& t : fili)
