@@ -1,6 +1,7 @@
 #include "frmConsole.h"
 
 #include "PxImmagini.h"
+#include "PxImpostazioni.h"
 #include "PxSrvConsole.h"
 #include "PxSrvServer.h"
 #include "frmPosizione.h"
@@ -9,6 +10,7 @@
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QLabel>
+#include <QSettings>
 #include <QStatusBar>
 #include <QTreeView>
 
@@ -43,6 +45,10 @@ frmConsole::frmConsole(PxSrvConsole& engine, QWidget* parent)
     resizeDocks({log}, {180}, Qt::Vertical);
 
     statusBar()->addPermanentWidget(mStato);
+    // Where the operator left the window and its panes.
+    const auto registro = PxImpostazioni::ApriRegistro();
+    restoreGeometry(registro->value(QStringLiteral("frmConsole/Geometria")).toByteArray());
+    restoreState(registro->value(QStringLiteral("frmConsole/Pannelli")).toByteArray());
     connect(mEngine.ConsoleEventi(), &PxConsoleEventi::CambioStato, this, [this] { AggiornaBarraComandi(); });
     AggiornaBarraComandi();
     mPosizione->ImpostaNavigazione([this](const QString& caption, const QString& chiave) {
@@ -75,7 +81,12 @@ void frmConsole::Nascondi() { hide(); }
 
 void frmConsole::Termina()
 {
-    modTraccia::Proteggi("frmConsole_Termina", [&] { mChiaveVisualizzata.clear(); });
+    modTraccia::Proteggi("frmConsole_Termina", [&] {
+        mChiaveVisualizzata.clear();
+        const auto registro = PxImpostazioni::ApriRegistro();
+        registro->setValue(QStringLiteral("frmConsole/Geometria"), saveGeometry());
+        registro->setValue(QStringLiteral("frmConsole/Pannelli"), saveState());
+    });
 }
 
 void frmConsole::ConfiguraPulsanti() {}

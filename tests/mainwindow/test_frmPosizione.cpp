@@ -10,6 +10,7 @@
 
 #include <QCloseEvent>
 #include <QDir>
+#include <QDockWidget>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTreeWidget>
@@ -115,4 +116,21 @@ TEST_F(Albero, ClosingTheMainWindowOnlyHidesIt)
     console.close();
     EXPECT_FALSE(console.Visibile());
     EXPECT_FALSE(console.testAttribute(Qt::WA_DeleteOnClose));
+}
+
+TEST_F(Albero, TheMainWindowReopensWhereTheOperatorLeftIt)
+{
+    {
+        frmConsole console(e);
+        console.Mostra();
+        console.resize(900, 640);
+        auto* log = console.findChild<QDockWidget*>(QStringLiteral("pnlLog"));
+        ASSERT_NE(log, nullptr);
+        log->hide();
+        console.Termina();
+    }
+    frmConsole riaperta(e);
+    riaperta.Mostra();
+    EXPECT_EQ(riaperta.size(), QSize(900, 640));
+    EXPECT_FALSE(riaperta.findChild<QDockWidget*>(QStringLiteral("pnlLog"))->isVisible());
 }
