@@ -27,10 +27,13 @@ RefIngresso::RefIngresso(const QString& cartellaServer, RefCartellaDocumenti& ca
     pugi::xml_node ingresso = mServizio.Elemento("CartellaIngresso");
     ingresso.text().set(QDir::toNativeSeparators(mCartella).toUtf8().constData());
     mServizio.Pubblica();
+    // A burst of changes (three files a job) makes one look, 50 ms after the first.
+    mRitardo.setSingleShot(true);
+    mRitardo.setInterval(50);
+    connect(&mRitardo, &QTimer::timeout, this, &RefIngresso::Scansiona);
     connect(&mOsservatore, &QFileSystemWatcher::directoryChanged, this, [this] {
-        // Coalesce a burst of changes (three files a job) into one look.
-        if (!mTimer.isActive() || mTimer.remainingTime() > 50)
-            QTimer::singleShot(50, this, &RefIngresso::Scansiona);
+        if (!mRitardo.isActive())
+            mRitardo.start();
     });
     connect(&mTimer, &QTimer::timeout, this, &RefIngresso::Scansiona);
 }

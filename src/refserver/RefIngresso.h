@@ -45,4 +45,5 @@ private:
     RefLog& mLogServer;
     QFileSystemWatcher mOsservatore;
     QTimer mTimer;
+    QTimer mRitardo;
 };

@@ -439,3 +439,28 @@ TEST(modDemoDocumenti, SameNumberSameDocuments)
     }
     EXPECT_EQ(totale, 150);
 }
+
+TEST(RefIngresso, AJobDroppedIntoARunningServerIsTakenWithoutAsking)
+{
+    QTemporaryDir dir;
+    ASSERT_EQ(modDemo::CreaServerDemo(dir.path(), 0), QString());
+    RefServer server(dir.path()); // timers and file watchers on, as in use
+    QSignalSpy spostati(server.ServizioRef(u"PxSrvFax"_s), &PxSrvServizio::DocumentoSpostato);
+    const QString base = server.Ingresso(u"PxSrvFax"_s)->Cartella() + u"/fax-di-prova"_s;
+    PxIntestazioneHpx h;
+    h.ScriviIntero({}, u"Tipo"_s, 2);
+    h.ScriviTesto(u"PROPRIETA"_s, u"Descrizione"_s, u"Fax di prova"_s);
+    h.ScriviTesto(u"FAX"_s, u"NumeroFax"_s, u"5551234"_s);
+    // Written aside and renamed into place, body first and header last, as clients do.
+    for (const auto& [estensione, dati] : {std::pair{u".bpx"_s, QByteArray("Testo del fax\r\n")},
+                                           std::pair{u".hpx"_s, h.Serializza()}}) {
+        QFile f(base + u".tmp"_s);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(dati);
+        f.close();
+        ASSERT_TRUE(QFile::rename(base + u".tmp"_s, base + estensione));
+    }
+    ASSERT_TRUE(spostati.wait(5000));
+    EXPECT_EQ(spostati[0][0].toInt(), 0);
+    EXPECT_NE(server.Cartella(GenereCartella::Fax)->Trova(spostati[0][1].toString()), nullptr);
+}
