@@ -1,14 +1,13 @@
 // plxsrvconsole: plays the host's part. It opens the server, creates the engine, hands it
 // the server and its events, the GUI and log folders, and drives it through its life.
 
+#include "PxCollegamento.h"
 #include "PxErrore.h"
+#include "PxSegnaliArresto.h"
 #include "PxSrvConsole.h"
 #include "PxSrvServer.h"
-#include "RefServer.h"
-#include "frmApertura.h"
-#include "frmChiusura.h"
+#include "RefOspite.h"
 #include "frmConsole.h"
-#include "frmPosizione.h"
 #include "modDemo.h"
 
 #include <QApplication>
@@ -17,8 +16,6 @@
 #include <QElapsedTimer>
 #include <QMessageBox>
 #include <QStandardPaths>
-#include <QTimer>
-#include <QTreeWidget>
 
 #include <cstdio>
 #include <memory>
@@ -35,47 +32,6 @@ void Errore(const QString& testo)
     std::fprintf(stderr, "plxsrvconsole: %s\n", qPrintable(testo));
     if (qobject_cast<QApplication*>(QCoreApplication::instance()) && QGuiApplication::platformName() != u"offscreen")
         QMessageBox::critical(nullptr, PxSrvConsole::TitoloProgramma(), testo);
-}
-
-bool Salva(QWidget* finestra, const QString& cartella, const QString& nome)
-{
-    const QString file = QDir(cartella).filePath(nome);
-    const bool ok = finestra->grab().save(file);
-    std::printf("%s %s\n", ok ? "saved" : "FAILED", qPrintable(file));
-    return ok;
-}
-
-// Pictures of the opening window, the main window and the closing window, for the docs.
-void Fotografie(PxSrvConsole& engine, const QString& cartella)
-{
-    QDir().mkpath(cartella);
-    auto* attesa = new QTimer(&engine);
-    QObject::connect(attesa, &QTimer::timeout, &engine, [&engine, cartella, attesa] {
-        if (engine.Stato().Codice != PxConsoleStato::Avviato)
-            return;
-        attesa->stop();
-        auto* console = dynamic_cast<frmConsole*>(engine.Console());
-        if (!console)
-            return;
-        QTreeWidget* albero = console->Posizione()->Albero();
-        const auto trovati = albero->findItems(engine.Risorse().LoadDllString(202), Qt::MatchExactly | Qt::MatchRecursive);
-        if (!trovati.isEmpty())
-            albero->setCurrentItem(trovati.first());
-        QTimer::singleShot(300, console, [&engine, console, cartella] {
-            Salva(console, cartella, QStringLiteral("console.png"));
-            frmApertura apertura(engine.SrvServer());
-            for (int i = 0; i < apertura.Massimo() / 2; ++i)
-                apertura.Avanzamento(engine.Risorse().LoadDllString(8006) + QStringLiteral(" Documenti fax ")
-                                     + engine.Risorse().LoadDllString(8007));
-            apertura.show();
-            Salva(&apertura, cartella, QStringLiteral("apertura.png"));
-            frmChiusura chiusura;
-            chiusura.show();
-            Salva(&chiusura, cartella, QStringLiteral("chiusura.png"));
-            console->close();
-        });
-    });
-    attesa->start(100);
 }
 
 } // namespace
@@ -156,24 +112,46 @@ int main(int argc, char* argv[])
         return 1;
     }
 
-    RefServer srv(cartellaServer);
+    // The embedded server runs on its own thread; the console reaches it by name only.
+    RefOspite ospite(cartellaServer);
+    PxCollegamentoDiretto collegamento([&ospite](const QString& nome) { return ospite.Oggetto(nome); });
+    PxSrvServer srv(&collegamento);
+    srv.Connetti(); // the root is there at once: folder and text are known, loading goes on
+    ospite.Avvia();
+
     PxSrvConsole engine;
     engine.SetSrvServer(&srv);
     engine.SetServerEventi(srv.Eventi());
     engine.SetPercorsoGui(opzioni.isSet(gui) ? opzioni.value(gui) : QCoreApplication::applicationDirPath());
     engine.SetPercorsoLog(opzioni.isSet(log) ? opzioni.value(log) : RefServer::CartellaLog(srv.Cartella()));
-    engine.SetFabbricaConsole([](PxSrvConsole& e) { return std::make_unique<frmConsole>(e); });
+    const QString cartellaFotografie = opzioni.value(fotografie);
+    engine.SetFabbricaConsole([cartellaFotografie](PxContesto& contesto) {
+        auto console = std::make_unique<frmConsole>(contesto);
+        if (!cartellaFotografie.isEmpty())
+            console->FotografaEChiudi(cartellaFotografie);
+        return console;
+    });
 
-    QObject::connect(engine.ConsoleEventi(), &PxConsoleEventi::CambioStato, &app, [&engine](qint32 codice) {
-        if (codice != PxConsoleStato::Arrestato)
-            return;
+    int esito = 0;
+    const auto termina = [&engine, &esito] {
         try {
             engine.Termina();
-            QCoreApplication::exit(0);
         } catch (const PxErrore& e) {
             Errore(QStringLiteral("%1 (%2)").arg(e.Descrizione()).arg(e.Numero()));
-            QCoreApplication::exit(1);
+            esito = 1;
         }
+        QCoreApplication::exit(esito);
+    };
+    QObject::connect(engine.ConsoleEventi(), &PxConsoleEventi::CambioStato, &app, [termina](qint32 codice) {
+        if (codice == PxConsoleStato::Arrestato)
+            termina();
+    });
+    // A stop asked by the system goes the way of the server's Arresta: closing window, layout
+    // saved, "Server terminato", status 0.
+    PxSegnaliArresto segnali;
+    QObject::connect(&segnali, &PxSegnaliArresto::Arresto, &app, [&engine, termina] {
+        if (!engine.RichiediArresto() && engine.Inizializzato())
+            termina();
     });
 
     try {
@@ -183,7 +161,5 @@ int main(int argc, char* argv[])
         Errore(QStringLiteral("%1: %2 (%3)").arg(e.Sorgente(), e.Descrizione()).arg(e.Numero()));
         return 1;
     }
-    if (opzioni.isSet(fotografie))
-        Fotografie(engine, opzioni.value(fotografie));
     return QCoreApplication::exec();
 }

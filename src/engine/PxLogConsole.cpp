@@ -4,12 +4,14 @@
 
 #include <QDateTime>
 #include <QDir>
+#include <QFile>
 
 #include <spdlog/details/os.h>
 #include <spdlog/formatter.h>
 #include <spdlog/logger.h>
-#include <spdlog/sinks/basic_file_sink.h>
+#include <spdlog/sinks/rotating_file_sink.h>
 
+#include <algorithm>
 #include <atomic>
 
 namespace {
@@ -69,7 +71,9 @@ bool PxLogConsole::Apri()
         return false;
     try {
         static std::atomic<int> progressivo{0};
-        auto sink = std::make_shared<spdlog::sinks::basic_file_sink_mt>(File().toStdString(), false);
+        auto sink = std::make_shared<spdlog::sinks::rotating_file_sink_mt>(
+            QFile::encodeName(File()).toStdString(), static_cast<size_t>(std::max<qint64>(1024, DimensioneMassima)),
+            static_cast<size_t>(std::clamp(NumeroFile, 0, 200000)));
         sink->set_formatter(std::make_unique<FormatoRigaLog>());
         mLogger = std::make_shared<spdlog::logger>("console-" + std::to_string(progressivo++), std::move(sink));
         mLogger->set_level(spdlog::level::trace);

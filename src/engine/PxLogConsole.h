@@ -8,6 +8,8 @@ namespace spdlog { class logger; }
 
 // The console's own log: one file in the log folder, "<application>.log", written line by
 // line in the same form as the server's logs (modRigaLog), so the log pane can show it.
+// It cannot fill the disk: past DimensioneMassima bytes the file becomes "<application>.1.log"
+// (the older ones shift up to NumeroFile, the oldest goes) and a new one starts.
 class PxLogConsole
 {
 public:
@@ -17,6 +19,10 @@ public:
     QString NomeApplicazione;
     QString Cartella;
     bool Abilitato = true;
+    qint64 DimensioneMassima = 10 * 1024 * 1024;
+    int NumeroFile = 5; // kept beside the current one
+    // Whether the "Name> Entra" / "Name> Esce" lines of the procedures are written.
+    bool TracciaProcedure = true;
 
     // Opens (appends to) the file; returns false when it cannot, and the log then writes nothing.
     bool Apri();

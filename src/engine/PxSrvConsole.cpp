@@ -9,6 +9,7 @@
 #include "PxSrvServer.h"
 #include "frmApertura.h"
 #include "frmChiusura.h"
+#include "PxMonitorCiclo.h"
 #include "modPriorita.h"
 #include "modTraccia.h"
 
@@ -22,8 +23,6 @@
 
 namespace {
 
-PxSrvConsole* gCorrente = nullptr;
-
 constexpr int IntervalloTransizione = 250;
 constexpr int IntervalloInFunzione = 1500;
 
@@ -33,14 +32,13 @@ constexpr quint32 ClassePrioritaRichiesta = 0xFFFF8000u;
 
 } // namespace
 
-PxSrvConsole::PxSrvConsole(QObject* parent) : QObject(parent)
+PxSrvConsole::PxSrvConsole(QObject* parent) : QObject(parent), mContesto(mRisorse, mIcone, mImpostazioni, mLog)
 {
     // The platform's request-pending and busy-server time-outs have no counterpart here:
     // calls to the server are direct or queued, never blocked behind a busy dialog.
     modPriorita::ImpostaClassePriorita(ClassePrioritaRichiesta);
+    mobjTimer.setObjectName(QStringLiteral("mobjTimer"));
     connect(&mobjTimer, &QTimer::timeout, this, &PxSrvConsole::mobjTimer_TimerEvent);
-    if (!gCorrente)
-        gCorrente = this;
 }
 
 PxSrvConsole::~PxSrvConsole()
@@ -49,19 +47,13 @@ PxSrvConsole::~PxSrvConsole()
     mConsole.reset();
     mApertura.reset();
     mChiusura.reset();
-    if (mobjSrvBkgConsoleEventi) {
-        mobjSrvBkgConsoleEventi->Termina();
-        delete mobjSrvBkgConsoleEventi;
-    }
+    if (mobjSrvBkgConsoleEventi)
+        disconnect(mobjSrvBkgConsoleEventi, nullptr, this, nullptr);
     if (mCursoreOccupato)
         QApplication::restoreOverrideCursor();
     if (modTraccia::Log() == &mLog)
         modTraccia::ImpostaLog(nullptr);
-    if (gCorrente == this)
-        gCorrente = nullptr;
 }
-
-PxSrvConsole* PxSrvConsole::Corrente() { return gCorrente; }
 
 QString PxSrvConsole::TitoloProgramma() { return QStringLiteral("PlxSrvConsole"); }
 
@@ -77,7 +69,38 @@ void PxSrvConsole::ImpostaCodice(qint32 codice)
     if (mStato.Codice == codice)
         return;
     mStato.Codice = codice;
+    mContesto.mStato.Codice = codice;
+    mLog.Scrivi(modRigaLog::LivelloInformazione, QStringLiteral("Stato console: %1").arg(mStato.Descrizione()));
+    emit mContesto.CambioStato(codice);
     emit mConsoleEventi.CambioStato(codice);
+    if (codice == PxConsoleStato::Avviato && mArrestoRichiesto) {
+        mArrestoRichiesto = false;
+        Arresta();
+    }
+}
+
+void PxSrvConsole::ImpostaOccupato(bool occupato)
+{
+    if (mContesto.mOccupato == occupato)
+        return;
+    mContesto.mOccupato = occupato;
+    emit mContesto.CambioOccupato(occupato);
+}
+
+bool PxSrvConsole::RichiediArresto()
+{
+    switch (mStato.Codice) {
+    case PxConsoleStato::Avviato:
+        Arresta();
+        return true;
+    case PxConsoleStato::AvvioInCorso:
+        mArrestoRichiesto = true;
+        return true;
+    case PxConsoleStato::ArrestoInCorso:
+        return true;
+    default:
+        return false;
+    }
 }
 
 void PxSrvConsole::ImpostaIntervallo(int millisecondi)
@@ -100,13 +123,15 @@ void PxSrvConsole::Inizializza()
     if (mPercorsoGui.isEmpty() || !gui.exists() || !gui.isDir())
         Solleva(modErrori::ErrPercorsoNonTrovato);
 
+    LeggiConfigurazioneLog();
     mLog.NomeApplicazione = TitoloProgramma();
     mLog.Cartella = mPercorsoLog;
     mLog.Abilitato = true;
     mLog.Apri();
     modTraccia::ImpostaLog(&mLog);
+    mContesto.mServer = mServer;
 
-    mobjSrvBkgConsoleEventi = mServer->CreaBkgConsole();
+    mobjSrvBkgConsoleEventi = mServer->BkgConsole();
     if (mobjSrvBkgConsoleEventi) {
         connect(mobjSrvBkgConsoleEventi, &PxSrvBkgConsole::Inizio, this, &PxSrvConsole::mobjSrvBkgConsoleEventi_Inizio);
         connect(mobjSrvBkgConsoleEventi, &PxSrvBkgConsole::Fine, this, &PxSrvConsole::mobjSrvBkgConsoleEventi_Fine);
@@ -116,8 +141,10 @@ void PxSrvConsole::Inizializza()
 
     const PxLettoreIni ini(FileServer(FileConfigurazione));
     const QString console = QStringLiteral("Console");
-    mEstensioneFileZip = ini.Stringa(console, QStringLiteral("EstenzioneFileZip"), QStringLiteral(".pxz"), 1024);
-    mMostraStrumentiProcessi = ini.Booleano(console, QStringLiteral("MostraStrumentiProcessi"), false);
+    mContesto.mEstensioneFileZip = ini.Stringa(console, QStringLiteral("EstenzioneFileZip"), QStringLiteral(".pxz"), 1024);
+    mContesto.mMostraStrumentiProcessi = ini.Booleano(console, QStringLiteral("MostraStrumentiProcessi"), false);
+    if (ini.Booleano(console, QStringLiteral("MonitorCicloEventi"), false))
+        mMonitor = std::make_unique<PxMonitorCiclo>(mLog);
 
     mImpostazioni.Carica(*PxImpostazioni::ApriRegistro());
     CaricaDocumentoUI();
@@ -127,13 +154,24 @@ void PxSrvConsole::Inizializza()
     ImpostaCodice(PxConsoleStato::Inizializzato);
 }
 
+void PxSrvConsole::LeggiConfigurazioneLog()
+{
+    // Read before the log opens, so that its first line already follows them.
+    const PxLettoreIni ini(FileServer(FileConfigurazione));
+    const QString console = QStringLiteral("Console");
+    mLog.DimensioneMassima = std::clamp<qint64>(ini.Intero(console, QStringLiteral("LogDimensioneMassimaMB"), 10), 1, 4096)
+        * 1024 * 1024;
+    mLog.NumeroFile = std::clamp(ini.Intero(console, QStringLiteral("LogNumeroFile"), 5), 1, 100);
+    mLog.TracciaProcedure = ini.Booleano(console, QStringLiteral("LogTracciaProcedure"), true);
+}
+
 void PxSrvConsole::NuovoDocumentoUI()
 {
     mUIDocumento.reset();
     pugi::xml_node pi = mUIDocumento.append_child(pugi::node_declaration);
     pi.append_attribute("version") = "1.0";
     pi.append_attribute("encoding") = "UTF-8";
-    mUIRoot = mUIDocumento.append_child("PLX");
+    mContesto.mUIRoot = mUIDocumento.append_child("PLX");
 }
 
 void PxSrvConsole::CaricaDocumentoUI()
@@ -143,7 +181,7 @@ void PxSrvConsole::CaricaDocumentoUI()
         mUIDocumento.load_file(file.toUtf8().constData(), pugi::parse_default | pugi::parse_declaration | pugi::parse_ws_pcdata);
     const pugi::xml_node radice = mUIDocumento.child("PLX");
     if (esito && radice) {
-        mUIRoot = radice;
+        mContesto.mUIRoot = radice;
         return;
     }
     if (QFileInfo::exists(file))
@@ -179,9 +217,14 @@ void PxSrvConsole::Arresta()
     if (!mInizializzato || mStato.Codice != PxConsoleStato::Avviato)
         Solleva(modErrori::ErrAzioneNonSupportata);
     ImpostaCodice(PxConsoleStato::ArrestoInCorso);
+    MostraChiusura();
+    ImpostaIntervallo(IntervalloTransizione);
+}
+
+void PxSrvConsole::MostraChiusura()
+{
     mChiusura = std::make_unique<frmChiusura>();
     mChiusura->show();
-    ImpostaIntervallo(IntervalloTransizione);
 }
 
 void PxSrvConsole::Termina()
@@ -196,10 +239,13 @@ void PxSrvConsole::Termina()
     if (mobjSrvBkgConsoleEventi) {
         mobjSrvBkgConsoleEventi->Termina();
         disconnect(mobjSrvBkgConsoleEventi, nullptr, this, nullptr);
-        delete mobjSrvBkgConsoleEventi;
         mobjSrvBkgConsoleEventi = nullptr;
     }
+    if (mMonitor)
+        mMonitor->Chiudi();
+    mMonitor.reset();
     mServer = nullptr;
+    mContesto.mServer = nullptr;
     mLog.Scrivi(modRigaLog::LivelloDettaglio, mRisorse.LoadDllString(20001));
     mLog.Chiudi();
     if (modTraccia::Log() == &mLog)
@@ -226,7 +272,7 @@ void PxSrvConsole::AvviaLavoro()
 {
     if (!mFabbrica)
         return;
-    mConsole = mFabbrica(*this);
+    mConsole = mFabbrica(mContesto);
     if (!mConsole)
         return;
     mConsole->Inizializza(mApertura.get());
@@ -259,8 +305,7 @@ void PxSrvConsole::mobjTimer_TimerEvent()
             } else if (mStato.Codice == PxConsoleStato::Avviato) {
                 if (!mConsole || !mConsole->Visibile()) {
                     ImpostaCodice(PxConsoleStato::ArrestoInCorso);
-                    mChiusura = std::make_unique<frmChiusura>();
-                    mChiusura->show();
+                    MostraChiusura();
                 }
             } else if (mStato.Codice == PxConsoleStato::ArrestoInCorso) {
                 ChiudiConsole();
@@ -271,6 +316,10 @@ void PxSrvConsole::mobjTimer_TimerEvent()
             }
             break;
         case 2:
+            // The server loads on its own thread while the opening window shows it; the
+            // main window is built once the server has described itself.
+            if (mServer && !mServer->Caricato())
+                break;
             mFase = 3;
             AvviaLavoro();
             mFase = 4;
@@ -301,7 +350,7 @@ void PxSrvConsole::mobjTimer_TimerEvent()
 void PxSrvConsole::mobjSrvBkgConsoleEventi_Inizio()
 {
     modTraccia::Proteggi("mobjSrvBkgConsoleEventi_Inizio", [&] {
-        mOccupato = true;
+        ImpostaOccupato(true);
         if (!mCursoreOccupato) {
             QApplication::setOverrideCursor(Qt::BusyCursor);
             mCursoreOccupato = true;
@@ -316,7 +365,7 @@ void PxSrvConsole::mobjSrvBkgConsoleEventi_Inizio()
 void PxSrvConsole::mobjSrvBkgConsoleEventi_Fine()
 {
     modTraccia::Proteggi("mobjSrvBkgConsoleEventi_Fine", [&] {
-        mOccupato = false;
+        ImpostaOccupato(false);
         if (mCursoreOccupato) {
             QApplication::restoreOverrideCursor();
             mCursoreOccupato = false;

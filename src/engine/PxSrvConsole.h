@@ -2,6 +2,7 @@
 
 #include "PxConsoleResDll.h"
 #include "PxConsoleStato.h"
+#include "PxContesto.h"
 #include "PxIconResource.h"
 #include "PxImpostazioni.h"
 #include "PxLogConsole.h"
@@ -20,6 +21,7 @@
 class IFrmConsole;
 class PxSrvBkgConsole;
 class PxSrvEventiServer;
+class PxMonitorCiclo;
 class PxSrvServer;
 class frmApertura;
 class frmChiusura;
@@ -41,13 +43,13 @@ signals:
 // stop are asynchronous: the public operations change the state and arm the timer, and the
 // timer's handler does the work on its next ticks. Public operations raise PxErrore (445
 // wrong state, 91 missing object, 76 bad path, 361 cannot terminate) with the program's
-// title as source. One engine exists per process; Corrente() reaches it.
+// title as source. Windows get a PxContesto, never the engine.
 class PxSrvConsole : public QObject
 {
     Q_OBJECT
 
 public:
-    using FabbricaConsole = std::function<std::unique_ptr<IFrmConsole>(PxSrvConsole&)>;
+    using FabbricaConsole = std::function<std::unique_ptr<IFrmConsole>(PxContesto&)>;
 
     explicit PxSrvConsole(QObject* parent = nullptr);
     ~PxSrvConsole() override;
@@ -60,7 +62,12 @@ public:
     void Visualizza();
     // Rebuilds the main window with a fresh layout document (phase 5), when running.
     void RiavviaConsole();
+    // A stop asked for from outside the console (a signal of the system): Arresta now when
+    // running, as soon as running when starting, nothing when already stopping. False when
+    // there is nothing to stop (not started, or stopped): the host may then end at once.
+    bool RichiediArresto();
 
+    // The server's console-side root; its folder must be known (connected) before Inizializza.
     void SetSrvServer(PxSrvServer* server) { mServer = server; }
     void SetServerEventi(PxSrvEventiServer* eventi) { mServerEventi = eventi; }
     PxConsoleEventi* ConsoleEventi() { return &mConsoleEventi; }
@@ -75,24 +82,6 @@ public:
     // The main window's maker; set by the host before Avvia.
     void SetFabbricaConsole(FabbricaConsole fabbrica) { mFabbrica = std::move(fabbrica); }
 
-    // Process-wide objects the other parts reach through the engine.
-    static PxSrvConsole* Corrente();
-    PxSrvServer* SrvServer() const { return mServer; }
-    PxSrvEventiServer* ServerEventi() const { return mServerEventi; }
-    const PxConsoleResDll& Risorse() const { return mRisorse; }
-    const PxIconResource& Icone() const { return mIcone; }
-    PxLogConsole& Log() { return mLog; }
-    const PxImpostazioni& Impostazioni() const { return mImpostazioni; }
-    pugi::xml_node UIRoot() const { return mUIRoot; }
-    QString EstensioneFileZip() const { return mEstensioneFileZip; }
-    bool MostraStrumentiProcessi() const { return mMostraStrumentiProcessi; }
-    bool Occupato() const { return mOccupato; }
-    IFrmConsole* Console() const { return mConsole.get(); }
-    frmApertura* Apertura() const { return mApertura.get(); }
-    frmChiusura* Chiusura() const { return mChiusura.get(); }
-    int Fase() const { return mFase; }
-    const QTimer& Timer() const { return mobjTimer; }
-
     // The file names the engine keeps in the server folder.
     static constexpr const char* FileUI = "UIConsole.xml";
     static constexpr const char* FileConfigurazione = "PlxConfigurazione.ini";
@@ -106,21 +95,26 @@ public slots:
     void mobjSrvBkgConsoleEventi_Errore(qint32 numero, const QString& sorgente, const QString& descrizione);
 
 private:
+    friend struct PxSrvConsoleSonda; // the tests' window into the phases
+
     [[noreturn]] void Solleva(qint32 numero) const;
     void ImpostaCodice(qint32 codice);
+    void ImpostaOccupato(bool occupato);
     void ImpostaIntervallo(int millisecondi);
+    void LeggiConfigurazioneLog();
     void NuovoDocumentoUI();
     void CaricaDocumentoUI();
     void SalvaDocumentoUI();
     void AvviaLavoro();
     void ChiudiConsole();
+    void MostraChiusura();
     QString FileServer(const char* nome) const;
 
     bool mInizializzato = false;
     qint32 mFase = 0;
     PxConsoleStato mStato;
     QTimer mobjTimer;
-    PxSrvBkgConsole* mobjSrvBkgConsoleEventi = nullptr; // the worker is its own event source
+    PxSrvBkgConsole* mobjSrvBkgConsoleEventi = nullptr; // the server's, reached by name
     QString mPercorsoGui;
     QString mPercorsoLog;
 
@@ -131,12 +125,11 @@ private:
     PxConsoleResDll mRisorse;
     PxIconResource mIcone;
     PxImpostazioni mImpostazioni;
+    PxContesto mContesto;
     pugi::xml_document mUIDocumento;
-    pugi::xml_node mUIRoot;
-    QString mEstensioneFileZip = QStringLiteral(".pxz");
-    bool mMostraStrumentiProcessi = false;
-    bool mOccupato = false;
     bool mCursoreOccupato = false;
+    bool mArrestoRichiesto = false;
+    std::unique_ptr<PxMonitorCiclo> mMonitor;
 
     FabbricaConsole mFabbrica;
     std::unique_ptr<IFrmConsole> mConsole;

@@ -1,13 +1,20 @@
 #include "frmApertura.h"
 
+#include "PxConsoleResDll.h"
 #include "PxErrore.h"
+#include "PxRigaLog.h"
 #include "PxSrvServer.h"
 #include "PxSrvServizio.h"
 
 #include <QLabel>
 #include <QProgressBar>
 
+#include "modProcesso.h"
+#include "modTraccia.h"
+
 #include <pugixml.hpp>
+
+#include <algorithm>
 
 #include <initializer_list>
 #include <iterator>
@@ -87,16 +94,53 @@ qint32 frmApertura::ContaPassi(const PxSrvServer* server)
     return conteggio;
 }
 
-frmApertura::frmApertura(const PxSrvServer* server, QWidget* parent) : frmTransitoria(8003, 8004, parent)
+frmApertura::frmApertura(const PxSrvServer* server, QWidget* parent) : frmTransitoria(8003, 8004, parent), mServer(server)
 {
     setObjectName(QStringLiteral("frmApertura"));
     mEtichette[0]->setObjectName(QStringLiteral("lblApertura_0"));
     mEtichette[1]->setObjectName(QStringLiteral("lblApertura_1"));
     mInformazione->setObjectName(QStringLiteral("lblInformazione"));
     mBarra->setObjectName(QStringLiteral("prgApertura"));
-    mBarra->setRange(0, ContaPassi(server));
-    mBarra->setValue(0);
+    if (!server || server->Caricato()) {
+        ServerPronto();
+    } else {
+        // A range of 0 shows activity until the server says how much it has to load.
+        mBarra->setRange(0, 0);
+        mInformazione->setText(PxConsoleResDll().LoadDllString(8012));
+        connect(server, &PxSrvServer::Caricamento, this, &frmApertura::CaricamentoServer);
+        connect(server, &PxSrvServer::Pronto, this, &frmApertura::ServerPronto);
+    }
     Completa();
+}
+
+void frmApertura::CaricamentoServer(qint32 fatti, qint32 totale, const QString& testo)
+{
+    if (mPassiContati)
+        return;
+    mBarra->setRange(0, std::max(0, totale));
+    mBarra->setValue(std::clamp(fatti, 0, std::max(0, totale)));
+    const PxConsoleResDll testi;
+    QString riga = testi.LoadDllString(8012);
+    if (totale > 0)
+        riga += QStringLiteral(" %1: %2 %3 %4").arg(testo).arg(fatti).arg(testi.LoadDllString(8013)).arg(totale);
+    mInformazione->setText(riga);
+}
+
+void frmApertura::ServerPronto()
+{
+    if (mPassiContati)
+        return;
+    mPassiContati = true;
+    mBarra->setRange(0, ContaPassi(mServer));
+    mBarra->setValue(0);
+    mInformazione->clear();
+}
+
+void frmApertura::showEvent(QShowEvent* evento)
+{
+    frmTransitoria::showEvent(evento);
+    modTraccia::Scrivi(modRigaLog::LivelloDettaglio, QStringLiteral("Finestra di apertura visibile dopo %1 ms dall'avvio del processo")
+                                                         .arg(modProcesso::MillisecondiDallAvvio()));
 }
 
 void frmApertura::Avanzamento(const QString& testo)

@@ -4,13 +4,16 @@
 
 class PxSrvServer;
 
-// The opening window: shown while the main window loads, one bar step per loading step.
+// The opening window: shown while the server loads and the main window is built. While the
+// server loads, the bar follows its loading; once it has described itself, the bar counts
+// the main window's loading steps, one per step.
 class frmApertura : public frmTransitoria
 {
     Q_OBJECT
 
 public:
-    // Counts the steps against `server` (null: no services) and shows the window's texts.
+    // Counts the steps against `server` (null: no services) when it has loaded, and
+    // otherwise follows its loading until it has; shows the window's texts.
     explicit frmApertura(const PxSrvServer* server, QWidget* parent = nullptr);
 
     // One step further (the bar stops at its maximum) and `testo` in the information label.
@@ -24,4 +27,14 @@ public:
     // every service whose description parses (see the table in the source). Raises
     // PxErrore 6 when the count overflows.
     static qint32 ContaPassi(const PxSrvServer* server);
+
+protected:
+    void showEvent(QShowEvent* evento) override;
+
+private:
+    void CaricamentoServer(qint32 fatti, qint32 totale, const QString& testo);
+    void ServerPronto();
+
+    const PxSrvServer* mServer;
+    bool mPassiContati = false;
 };

@@ -37,14 +37,16 @@ void RegistraErrore(const char* nome, std::exception_ptr errore)
            QStringLiteral("Errore in %1: %2 - %3").arg(QString::fromUtf8(nome)).arg(numero).arg(testo));
 }
 
-Traccia::Traccia(const char* nome) : mNome(nome)
+Traccia::Traccia(const char* nome) : mNome(gLog && gLog->TracciaProcedure ? nome : nullptr)
 {
-    Scrivi(modRigaLog::LivelloDettaglio, QString::fromUtf8(mNome) + QStringLiteral("> Entra"));
+    if (mNome)
+        Scrivi(modRigaLog::LivelloDettaglio, QString::fromUtf8(mNome) + QStringLiteral("> Entra"));
 }
 
 Traccia::~Traccia()
 {
-    Scrivi(modRigaLog::LivelloDettaglio, QString::fromUtf8(mNome) + QStringLiteral("> Esce"));
+    if (mNome)
+        Scrivi(modRigaLog::LivelloDettaglio, QString::fromUtf8(mNome) + QStringLiteral("> Esce"));
 }
 
 } // namespace modTraccia

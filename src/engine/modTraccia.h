@@ -11,7 +11,8 @@ class PxLogConsole;
 // and turns an error into a logged "Errore in Name" with its number and text, then returns.
 namespace modTraccia {
 
-// The log the guards write to (none: they write nothing). Set by the engine.
+// The log the guards write to (none: they write nothing). Set by the engine. The
+// "Entra"/"Esce" lines follow the log's TracciaProcedure; errors are always written.
 void ImpostaLog(PxLogConsole* log);
 PxLogConsole* Log();
 void Scrivi(int livello, const QString& testo);

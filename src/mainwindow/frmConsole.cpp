@@ -2,7 +2,11 @@
 
 #include "PxImmagini.h"
 #include "PxImpostazioni.h"
-#include "PxSrvConsole.h"
+#include "PxConsoleResDll.h"
+#include "PxContesto.h"
+#include "PxIconResource.h"
+#include "frmApertura.h"
+#include "frmChiusura.h"
 #include "PxSrvServer.h"
 #include "frmPosizione.h"
 #include "modTraccia.h"
@@ -12,17 +16,23 @@
 #include <QLabel>
 #include <QSettings>
 #include <QStatusBar>
+#include <QTimer>
 #include <QTreeView>
+#include <QTreeWidget>
+#include <QDir>
 
-frmConsole::frmConsole(PxSrvConsole& engine, QWidget* parent)
+#include <cstdio>
+#include <utility>
+
+frmConsole::frmConsole(PxContesto& contesto, QWidget* parent)
     : QMainWindow(parent),
-      mEngine(engine),
-      mPosizione(new frmPosizione(engine)),
+      mContesto(contesto),
+      mPosizione(new frmPosizione(contesto)),
       mxrpContenuto(new QTreeView),
       mStato(new QLabel)
 {
     setObjectName(QStringLiteral("frmConsole"));
-    const PxConsoleResDll& testi = mEngine.Risorse();
+    const PxConsoleResDll& testi = mContesto.Testi();
     setWindowTitle(testi.LoadDllString(8000));
     setWindowIcon(PxImmagini::Istanza().Icona(modIcone::Server));
     resize(1200, 760);
@@ -31,7 +41,7 @@ frmConsole::frmConsole(PxSrvConsole& engine, QWidget* parent)
     mxrpContenuto->setObjectName(QStringLiteral("xrpContenuto"));
     mxrpContenuto->setUniformRowHeights(true);
     mxrpContenuto->setRootIsDecorated(false);
-    mxrpContenuto->setAlternatingRowColors(mEngine.Impostazioni().AlternateRow);
+    mxrpContenuto->setAlternatingRowColors(mContesto.Impostazioni().AlternateRow);
     setCentralWidget(mxrpContenuto);
 
     // The panes' places; each later pane takes its dock as it lands.
@@ -49,7 +59,8 @@ frmConsole::frmConsole(PxSrvConsole& engine, QWidget* parent)
     const auto registro = PxImpostazioni::ApriRegistro();
     restoreGeometry(registro->value(QStringLiteral("frmConsole/Geometria")).toByteArray());
     restoreState(registro->value(QStringLiteral("frmConsole/Pannelli")).toByteArray());
-    connect(mEngine.ConsoleEventi(), &PxConsoleEventi::CambioStato, this, [this] { AggiornaBarraComandi(); });
+    connect(&mContesto, &PxContesto::CambioStato, this, [this] { AggiornaBarraComandi(); });
+    connect(&mContesto, &PxContesto::CambioOccupato, this, [this] { AggiornaBarraComandi(); });
     AggiornaBarraComandi();
     mPosizione->ImpostaNavigazione([this](const QString& caption, const QString& chiave) {
         VisualizzaServer(caption, chiave);
@@ -58,7 +69,7 @@ frmConsole::frmConsole(PxSrvConsole& engine, QWidget* parent)
 
 QDockWidget* frmConsole::AggiungiPannello(int titolo, const char* nome, QWidget* contenuto, Qt::DockWidgetArea area)
 {
-    auto* dock = new QDockWidget(mEngine.Risorse().LoadDllString(titolo), this);
+    auto* dock = new QDockWidget(mContesto.Testi().LoadDllString(titolo), this);
     dock->setObjectName(QString::fromLatin1(nome));
     dock->setWidget(contenuto);
     dock->setFeatures(QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetFloatable);
@@ -70,7 +81,7 @@ void frmConsole::Inizializza(frmApertura* apertura)
 {
     modTraccia::Proteggi("frmConsole_Inizializza", [&] {
         mPosizione->Inizializza(apertura);
-        if (const PxSrvServer* server = mEngine.SrvServer())
+        if (const PxSrvServer* server = mContesto.Server())
             statusBar()->showMessage(server->Identificativo() + QStringLiteral("  —  ") + server->Cartella());
     });
 }
@@ -95,8 +106,8 @@ void frmConsole::ConfiguraPulsantiServer() {}
 
 void frmConsole::AggiornaBarraComandi()
 {
-    mStato->setText(mEngine.Stato().Descrizione());
-    mStato->setEnabled(!mEngine.Occupato());
+    mStato->setText(mContesto.Stato().Descrizione());
+    mStato->setEnabled(!mContesto.Occupato());
 }
 
 void frmConsole::VisualizzaServer(const QString& caption, const QString& chiave)
@@ -104,7 +115,7 @@ void frmConsole::VisualizzaServer(const QString& caption, const QString& chiave)
     modTraccia::Proteggi("VisualizzaServer", [&] {
         mChiaveVisualizzata = chiave;
         mPosizione->ImpostaChiaveVisualizzata(chiave);
-        setWindowTitle(mEngine.Risorse().LoadDllString(8000) + QStringLiteral(" - ") + caption);
+        setWindowTitle(mContesto.Testi().LoadDllString(8000) + QStringLiteral(" - ") + caption);
     });
 }
 
@@ -113,4 +124,45 @@ void frmConsole::closeEvent(QCloseEvent* evento)
     // Closing only hides the window: the engine's next tick closes the console properly.
     evento->ignore();
     hide();
+}
+
+void frmConsole::FotografaEChiudi(const QString& cartella)
+{
+    mCartellaFotografie = cartella;
+}
+
+void frmConsole::Fotografa()
+{
+    const QString cartella = std::exchange(mCartellaFotografie, {});
+    QDir().mkpath(cartella);
+    const auto salva = [&](QWidget* finestra, const char* nome) {
+        const QString file = QDir(cartella).filePath(QString::fromLatin1(nome));
+        const bool ok = finestra->grab().save(file);
+        std::printf("%s %s\n", ok ? "saved" : "FAILED", qPrintable(file));
+    };
+    const PxConsoleResDll& testi = mContesto.Testi();
+    // The printing service's node, the one the picture shows selected.
+    const auto trovati = mPosizione->Albero()->findItems(testi.LoadDllString(202), Qt::MatchExactly | Qt::MatchRecursive);
+    if (!trovati.isEmpty())
+        mPosizione->Albero()->setCurrentItem(trovati.first());
+    QTimer::singleShot(300, this, [this, salva, &testi] {
+        salva(this, "console.png");
+        frmApertura apertura(mContesto.Server());
+        for (int i = 0; i < apertura.Massimo() / 2; ++i)
+            apertura.Avanzamento(testi.LoadDllString(8006) + QStringLiteral(" ") + testi.LoadDllString(212) + QStringLiteral(" ")
+                                 + testi.LoadDllString(8007));
+        apertura.show();
+        salva(&apertura, "apertura.png");
+        frmChiusura chiusura;
+        chiusura.show();
+        salva(&chiusura, "chiusura.png");
+        close();
+    });
+}
+
+void frmConsole::showEvent(QShowEvent* evento)
+{
+    QMainWindow::showEvent(evento);
+    if (!mCartellaFotografie.isEmpty())
+        QTimer::singleShot(0, this, &frmConsole::Fotografa);
 }

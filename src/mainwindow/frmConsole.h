@@ -4,7 +4,7 @@
 
 #include <QMainWindow>
 
-class PxSrvConsole;
+class PxContesto;
 class QDockWidget;
 class QLabel;
 class QTreeView;
@@ -18,7 +18,11 @@ class frmConsole : public QMainWindow, public IFrmConsole
     Q_OBJECT
 
 public:
-    explicit frmConsole(PxSrvConsole& engine, QWidget* parent = nullptr);
+    explicit frmConsole(PxContesto& contesto, QWidget* parent = nullptr);
+
+    // Once shown, saves pictures of this window, the opening window and the closing window
+    // into `cartella` (for the docs), then closes, which ends the console.
+    void FotografaEChiudi(const QString& cartella);
 
     void Inizializza(frmApertura* apertura) override;
     void Mostra() override;
@@ -36,11 +40,15 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* evento) override;
+    void showEvent(QShowEvent* evento) override;
 
 private:
     QDockWidget* AggiungiPannello(int titolo, const char* nome, QWidget* contenuto, Qt::DockWidgetArea area);
 
-    PxSrvConsole& mEngine;
+    void Fotografa();
+
+    PxContesto& mContesto;
+    QString mCartellaFotografie;
     frmPosizione* mPosizione;
     QTreeView* mxrpContenuto;
     QLabel* mStato;

@@ -1,7 +1,9 @@
 #include "frmPosizione.h"
 
 #include "PxImmagini.h"
-#include "PxSrvConsole.h"
+#include "PxConsoleResDll.h"
+#include "PxContesto.h"
+#include "PxIconResource.h"
 #include "PxSrvServer.h"
 #include "PxSrvServizio.h"
 #include "frmApertura.h"
@@ -35,8 +37,8 @@ QString Testo(const pugi::xml_node& nodo, const char* percorso)
 
 } // namespace
 
-frmPosizione::frmPosizione(PxSrvConsole& engine, QWidget* parent)
-    : QWidget(parent), mEngine(engine), mxtwPosizione(new QTreeWidget(this))
+frmPosizione::frmPosizione(PxContesto& contesto, QWidget* parent)
+    : QWidget(parent), mContesto(contesto), mxtwPosizione(new QTreeWidget(this))
 {
     setObjectName(QStringLiteral("frmPosizione"));
     mxtwPosizione->setObjectName(QStringLiteral("mxtwPosizione"));
@@ -79,9 +81,9 @@ QTreeWidgetItem* frmPosizione::AggiungiNodo(QTreeWidgetItem* padre, const QStrin
 void frmPosizione::Inizializza(frmApertura* apertura)
 {
     modTraccia::Traccia traccia("frmPosizione_Inizializza");
-    const PxConsoleResDll& testi = mEngine.Risorse();
-    const PxIconResource& icone = mEngine.Icone();
-    const PxSrvServer* server = mEngine.SrvServer();
+    const PxConsoleResDll& testi = mContesto.Testi();
+    const PxIconResource& icone = mContesto.Icone();
+    const PxSrvServer* server = mContesto.Server();
     const auto avanza = [&](const QString& testo) {
         if (apertura)
             apertura->Avanzamento(testo);
@@ -159,19 +161,19 @@ void frmPosizione::AggiornaServizio(const QString& chiaveOggetto)
 {
     modTraccia::Proteggi("frmPosizione_AggiornaServizio", [&] {
         pugi::xml_document doc;
-        if (!Carica(doc, mEngine.SrvServer()->Servizio(chiaveOggetto)))
+        if (!Carica(doc, mContesto.Server()->Servizio(chiaveOggetto)))
             return;
         const pugi::xml_node radice = doc.document_element();
         for (const modAlberoServer::Nodo& riga : modAlberoServer::Nodi()) {
             if (chiaveOggetto != QLatin1StringView(riga.Oggetto) || !riga.Icona)
                 continue;
             if (riga.Tipo == modAlberoServer::Genere::Servizio) {
-                AggiornaIcona(QString::fromLatin1(riga.Chiave), (mEngine.Icone().*riga.Icona)(radice), QString());
+                AggiornaIcona(QString::fromLatin1(riga.Chiave), (mContesto.Icone().*riga.Icona)(radice), QString());
                 continue;
             }
             for (const pugi::xml_node voce : radice.child(riga.Elenco).children())
                 AggiornaIcona(ChiaveVoce(riga.Chiave, Testo(voce, riga.ElementoChiave)),
-                              (mEngine.Icone().*riga.Icona)(voce), QString());
+                              (mContesto.Icone().*riga.Icona)(voce), QString());
         }
     });
 }

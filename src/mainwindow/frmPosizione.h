@@ -6,7 +6,7 @@
 
 #include <functional>
 
-class PxSrvConsole;
+class PxContesto;
 class QTreeWidget;
 class QTreeWidgetItem;
 class frmApertura;
@@ -21,7 +21,7 @@ class frmPosizione : public QWidget
 public:
     using Navigazione = std::function<void(const QString& caption, const QString& chiave)>;
 
-    frmPosizione(PxSrvConsole& engine, QWidget* parent = nullptr);
+    explicit frmPosizione(PxContesto& contesto, QWidget* parent = nullptr);
 
     // Builds every node, reporting each to `apertura` (may be null); selects the root.
     void Inizializza(frmApertura* apertura);
@@ -48,7 +48,7 @@ private:
     QTreeWidgetItem* AggiungiNodo(QTreeWidgetItem* padre, const QString& chiave, const QString& caption, qint32 icona);
     void AggiornaServizio(const QString& chiaveOggetto);
 
-    PxSrvConsole& mEngine;
+    PxContesto& mContesto;
     QTreeWidget* mxtwPosizione;
     QTimer mobjTimerPosizione;
     QHash<QString, QTreeWidgetItem*> mNodi;

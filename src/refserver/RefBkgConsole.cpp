@@ -1,25 +1,35 @@
 #include "RefBkgConsole.h"
 
+#include "PxContratto.h"
+
 #include <QFileInfo>
 
-RefBkgConsole::RefBkgConsole(QObject* parent) : PxSrvBkgConsole(parent)
+RefBkgConsole::RefBkgConsole(QObject* parent) : QObject(parent), mTimer(this)
 {
     mTimer.setInterval(5000);
     connect(&mTimer, &QTimer::timeout, this, &RefBkgConsole::Controlla);
 }
 
-void RefBkgConsole::Avvia(const QString& cartellaServer, const QString& identificativo, const QString& percorsoGui)
+void RefBkgConsole::Avvia(quint64 richiesta, const QString& cartellaServer, const QString& identificativo,
+                          const QString& percorsoGui)
+{
+    AvviaControllo(cartellaServer, identificativo, percorsoGui);
+    emit Risposta(richiesta, modContratto::Ok, {}, {});
+}
+
+void RefBkgConsole::Termina(quint64 richiesta)
+{
+    mTimer.stop();
+    emit Risposta(richiesta, modContratto::Ok, {}, {});
+}
+
+void RefBkgConsole::AvviaControllo(const QString& cartellaServer, const QString& identificativo, const QString& percorsoGui)
 {
     mCartella = cartellaServer;
     mIdentificativo = identificativo;
     mPercorsoGui = percorsoGui;
     mSegnalato = false;
     mTimer.start();
-}
-
-void RefBkgConsole::Termina()
-{
-    mTimer.stop();
 }
 
 void RefBkgConsole::Controlla()

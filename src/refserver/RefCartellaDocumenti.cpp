@@ -95,7 +95,7 @@ std::optional<QStringList> Selezione(const QString& xml)
 
 RefCartellaDocumenti::RefCartellaDocumenti(const modCartelle::Definizione& definizione, const QString& cartellaServer,
                                            RefServizio* servizio, RefServizio* stato, RefLog& logServer, QObject* parent)
-    : PxSrvCartellaDocumenti(parent),
+    : QObject(parent),
       mDef(definizione),
       mCartellaServer(cartellaServer),
       mRadice(RadiceDi(definizione, cartellaServer)),
@@ -211,10 +211,23 @@ void RefCartellaDocumenti::AggiornaContatori()
     for (qint32 coda = 0; coda < mDef.NumeroCode && coda < static_cast<qint32>(mDef.NomiContatori.size()); ++coda)
         if (const char* nome = mDef.NomiContatori[static_cast<size_t>(coda)])
             imposta(nome, Conteggio(coda));
-    mStato->Pubblica();
+    mStato->Pubblica(true);
 }
 
-int RefCartellaDocumenti::Carica()
+qint64 RefCartellaDocumenti::Prepara()
+{
+    mCandidati.clear();
+    for (qint32 coda = 0; coda < mDef.NumeroCode; ++coda) {
+        const QDir cartella(CartellaCoda(coda));
+        QDir().mkpath(cartella.path());
+        Recupera(cartella.path());
+        for (const QString& nome : cartella.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name))
+            mCandidati.push_back({coda, nome});
+    }
+    return static_cast<qint64>(mCandidati.size());
+}
+
+int RefCartellaDocumenti::Carica(const std::function<void(qint64 letti)>& avanzamento)
 {
     struct Letto
     {
@@ -223,18 +236,19 @@ int RefCartellaDocumenti::Carica()
         DatiDocumento Dati;
         QString Motivo; // why it was skipped; "" when read
     };
+    if (mCandidati.empty())
+        Prepara();
     std::vector<Letto> letti;
-    for (qint32 coda = 0; coda < mDef.NumeroCode; ++coda) {
-        const QDir cartella(CartellaCoda(coda));
-        QDir().mkpath(cartella.path());
-        Recupera(cartella.path());
-        for (const QString& nome : cartella.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name))
-            letti.push_back({coda, nome, {}, {}});
-    }
+    letti.reserve(mCandidati.size());
+    for (Candidato& c : mCandidati)
+        letti.push_back({c.Coda, std::move(c.Nome), {}, {}});
+    mCandidati.clear();
     // Reading and parsing the descriptions is most of a large folder's start: shared by threads.
     std::atomic<size_t> prossimo{0};
-    const auto leggi = [&] {
+    const auto leggi = [&](bool riferisci) {
         for (size_t i = prossimo++; i < letti.size(); i = prossimo++) {
+            if (riferisci && avanzamento && (i & 255) == 0)
+                avanzamento(static_cast<qint64>(i));
             Letto& l = letti[i];
             const QString file = CartellaCoda(l.Coda) + u'/' + l.Nome + u'/' + l.Nome + u".xml"_s;
             pugi::xml_document doc;
@@ -251,8 +265,8 @@ int RefCartellaDocumenti::Carica()
     std::vector<std::thread> fili;
     // Mostly waiting on the disk when the cache is cold: more readers than cores keep it busy.
     for (unsigned t = 1; t < 8 && letti.size() > 64; ++t)
-        fili.emplace_back(leggi);
-    leggi();
+        fili.emplace_back(leggi, false);
+    leggi(true); // this thread, the server's, reports the progress
     for (std::thread& t : fili)
         t.join();
 
@@ -431,10 +445,10 @@ QString RefCartellaDocumenti::ScriviUscita(const QString& id, modCartelle::Uscit
     return {};
 }
 
-QString RefCartellaDocumenti::Rifiuta(const QString& motivo) const
+PxRisposta RefCartellaDocumenti::Rifiuta(const QString& motivo, qint32 esito) const
 {
     mLogServer.Scrivi(modRigaLog::LivelloAvviso, Chiave() + u": "_s + motivo);
-    return motivo;
+    return {esito, motivo, {}};
 }
 
 void RefCartellaDocumenti::AppendiNodo(QByteArray& out, const DatiDocumento& d) const
@@ -480,14 +494,58 @@ QString RefCartellaDocumenti::Nodo(const QString& id) const
     return it == mIndice.cend() ? QString() : QString::fromUtf8(it->Nodo);
 }
 
-void RefCartellaDocumenti::RichiediElenco(quint64 richiesta)
+void RefCartellaDocumenti::RichiediElenco(quint64 richiesta) { emit Risposta(richiesta, modContratto::Ok, {}, TestoElenco()); }
+
+void RefCartellaDocumenti::SpostaDocumenti(quint64 richiesta, const QString& selezioneXml, qint32 coda)
 {
-    // Answered from the event loop, never inside the caller's call.
-    QMetaObject::invokeMethod(
-        this, [this, richiesta] { emit Elenco(richiesta, QString::fromUtf8(TestoElenco())); }, Qt::QueuedConnection);
+    Rispondi(richiesta, SpostaSelezione(selezioneXml, coda));
 }
 
-QString RefCartellaDocumenti::SpostaDocumenti(const QString& selezioneXml, qint32 coda)
+void RefCartellaDocumenti::GeneraAnteprime(quint64 richiesta, const QString& selezioneXml, const QString& indirizzo)
+{
+    Rispondi(richiesta, Anteprime(selezioneXml, indirizzo));
+}
+
+void RefCartellaDocumenti::InviaCompresso(quint64 richiesta, const QString& selezioneXml)
+{
+    Rispondi(richiesta, Comprimi(selezioneXml));
+}
+
+void RefCartellaDocumenti::CartellaDocumento(quint64 richiesta, const QString& id)
+{
+    const QString cartella = CartellaDocumentoDi(id);
+    Rispondi(richiesta, cartella.isEmpty() ? PxRisposta{modContratto::Rifiutato, QStringLiteral("documento %1 sconosciuto").arg(id), {}}
+                                           : PxRisposta{modContratto::Ok, cartella, {}});
+}
+
+void RefCartellaDocumenti::FileOutput(quint64 richiesta, const QString& id, bool conDati)
+{
+    const QString percorso = FileOutputDi(id);
+    if (percorso.isEmpty()) {
+        Rispondi(richiesta, {modContratto::Rifiutato, QStringLiteral("il documento %1 non ha un file prodotto").arg(id), {}});
+        return;
+    }
+    PxRisposta r{modContratto::Ok, percorso, {}};
+    if (conDati) {
+        QFile file(QDir::fromNativeSeparators(percorso));
+        if (!file.open(QIODevice::ReadOnly))
+            r = {modContratto::Fallito, QStringLiteral("%1: %2").arg(percorso, file.errorString()), {}};
+        else if (file.size() > modContratto::MassimoFileInviato)
+            r = {modContratto::Fallito, QStringLiteral("%1 supera %2 byte").arg(percorso).arg(modContratto::MassimoFileInviato), {}};
+        else
+            r.Dati = file.read(modContratto::MassimoFileInviato + 1);
+    }
+    Rispondi(richiesta, r);
+}
+
+void RefCartellaDocumenti::Documento(quint64 richiesta, const QString& id)
+{
+    const QString xml = DocumentoXml(id);
+    Rispondi(richiesta, xml.isEmpty() ? PxRisposta{modContratto::Rifiutato, QStringLiteral("documento %1 sconosciuto").arg(id), {}}
+                                      : PxRisposta{modContratto::Ok, xml, {}});
+}
+
+PxRisposta RefCartellaDocumenti::SpostaSelezione(const QString& selezioneXml, qint32 coda)
 {
     const std::optional<QStringList> id = Selezione(selezioneXml);
     if (!id)
@@ -508,14 +566,14 @@ QString RefCartellaDocumenti::SpostaDocumenti(const QString& selezioneXml, qint3
         if (!errore.isEmpty()) {
             for (auto it = fatti.rbegin(); it != fatti.rend(); ++it)
                 Sposta(it->first, it->second);
-            return Rifiuta(u"spostamento annullato: "_s + errore);
+            return Rifiuta(u"spostamento annullato: "_s + errore, modContratto::Fallito);
         }
         fatti.emplace_back(i, prima);
     }
     return {};
 }
 
-QString RefCartellaDocumenti::GeneraAnteprime(const QString& selezioneXml, const QString& indirizzo)
+PxRisposta RefCartellaDocumenti::Anteprime(const QString& selezioneXml, const QString& indirizzo)
 {
     const std::optional<QStringList> id = Selezione(selezioneXml);
     if (!id)
@@ -549,12 +607,12 @@ QString RefCartellaDocumenti::GeneraAnteprime(const QString& selezioneXml, const
             d.FileCorpo = file.front().Nome;
         }
         if (const QString errore = anteprime->Crea(std::move(d), file); !errore.isEmpty())
-            return Rifiuta(u"anteprima non creata: "_s + errore);
+            return Rifiuta(u"anteprima non creata: "_s + errore, modContratto::Fallito);
     }
     return {};
 }
 
-QString RefCartellaDocumenti::InviaCompresso(const QString& selezioneXml)
+PxRisposta RefCartellaDocumenti::Comprimi(const QString& selezioneXml)
 {
     const std::optional<QStringList> id = Selezione(selezioneXml);
     if (!id || id->isEmpty())
@@ -587,23 +645,23 @@ QString RefCartellaDocumenti::InviaCompresso(const QString& selezioneXml)
     m.FileOutput.clear();
     std::vector<FileNuovo> file{{allegato, modFileDocumento::Archivio(contenuto), {}}};
     if (const QString errore = email->Crea(std::move(m), file); !errore.isEmpty())
-        return Rifiuta(u"invio compresso non riuscito: "_s + errore);
+        return Rifiuta(u"invio compresso non riuscito: "_s + errore, modContratto::Fallito);
     return {};
 }
 
-QString RefCartellaDocumenti::CartellaDocumento(const QString& id)
+QString RefCartellaDocumenti::CartellaDocumentoDi(const QString& id) const
 {
     const DatiDocumento* d = Trova(id);
     return d ? QDir::toNativeSeparators(CartellaDi(*d)) : QString();
 }
 
-QString RefCartellaDocumenti::FileOutput(const QString& id)
+QString RefCartellaDocumenti::FileOutputDi(const QString& id) const
 {
     const DatiDocumento* d = Trova(id);
     return d && !d->FileOutput.isEmpty() ? QDir::toNativeSeparators(CartellaDi(*d) + u'/' + d->FileOutput) : QString();
 }
 
-QString RefCartellaDocumenti::Documento(const QString& id)
+QString RefCartellaDocumenti::DocumentoXml(const QString& id) const
 {
     const DatiDocumento* d = Trova(id);
     if (!d)

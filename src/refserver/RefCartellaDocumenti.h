@@ -1,11 +1,12 @@
 #pragma once
 
 #include "DatiDocumento.h"
-#include "PxSrvCartellaDocumenti.h"
+#include "PxContratto.h"
 #include "modCartelle.h"
 
 #include <QHash>
 #include <QMap>
+#include <QObject>
 
 #include <functional>
 #include <map>
@@ -20,23 +21,28 @@ class RefServizio;
 // index in memory (loaded once at start) from which listings are written; every change of
 // queue updates disk first, then the index, the counters, and raises DocumentoSpostato
 // through the owning service.
-class RefCartellaDocumenti : public PxSrvCartellaDocumenti
+class RefCartellaDocumenti : public QObject
 {
     Q_OBJECT
+    Q_PROPERTY(QString Chiave READ Chiave CONSTANT)
+    Q_PROPERTY(QString ChiaveServizio READ ChiaveServizio CONSTANT)
 
 public:
     // `servizio` raises the notices; `stato` is the folder's own state object (its counters).
     RefCartellaDocumenti(const modCartelle::Definizione& definizione, const QString& cartellaServer,
                          RefServizio* servizio, RefServizio* stato, RefLog& logServer, QObject* parent = nullptr);
 
-    QString Chiave() const override { return QString::fromLatin1(mDef.Chiave); }
-    QString ChiaveServizio() const override { return QString::fromLatin1(mDef.Servizio); }
+    QString Chiave() const { return QString::fromLatin1(mDef.Chiave); }
+    QString ChiaveServizio() const { return QString::fromLatin1(mDef.Servizio); }
     const modCartelle::Definizione& Definizione() const { return mDef; }
     QString Radice() const { return mRadice; }
 
-    // Reads every document folder; corrupt ones are skipped with a line in the server log.
-    // Returns the number of documents loaded.
-    int Carica();
+    // Loading, in two steps: Prepara() sets aside interrupted creations and lists the
+    // document folders (returns how many); Carica() reads them, calling `avanzamento` now and
+    // then with how many it has read, and returns the number loaded. Corrupt ones are skipped
+    // with a line in the server log.
+    qint64 Prepara();
+    int Carica(const std::function<void(qint64 letti)>& avanzamento = {});
 
     // A file of a new document: its final name inside the document folder, and either the
     // bytes to write or a file to move in (a rename on the same file system).
@@ -79,14 +85,30 @@ public:
     void ImpostaDestinazioni(Destinazione destinazione) { mDestinazione = std::move(destinazione); }
     void ImpostaEstensioneZip(const QString& estensione) { mEstensioneZip = estensione; }
 
+    // The commands, done now. Moves are all or nothing: an unknown id, an invalid queue or a
+    // malformed selection refuses the whole selection (Rifiutato); a disk failure puts back
+    // what had moved (Fallito).
+    PxRisposta SpostaSelezione(const QString& selezioneXml, qint32 coda);
+    PxRisposta Anteprime(const QString& selezioneXml, const QString& indirizzo);
+    PxRisposta Comprimi(const QString& selezioneXml);
+    // The working folder, the output file and the object XML of `id`; "" when unknown.
+    QString CartellaDocumentoDi(const QString& id) const;
+    QString FileOutputDi(const QString& id) const;
+    QString DocumentoXml(const QString& id) const;
+
 public slots:
-    void RichiediElenco(quint64 richiesta) override;
-    QString SpostaDocumenti(const QString& selezioneXml, qint32 coda) override;
-    QString GeneraAnteprime(const QString& selezioneXml, const QString& indirizzo) override;
-    QString InviaCompresso(const QString& selezioneXml) override;
-    QString CartellaDocumento(const QString& id) override;
-    QString FileOutput(const QString& id) override;
-    QString Documento(const QString& id) override;
+    // The contract's requests: each answered with Risposta.
+    void RichiediElenco(quint64 richiesta);
+    void SpostaDocumenti(quint64 richiesta, const QString& selezioneXml, qint32 coda);
+    void GeneraAnteprime(quint64 richiesta, const QString& selezioneXml, const QString& indirizzo);
+    void InviaCompresso(quint64 richiesta, const QString& selezioneXml);
+    void CartellaDocumento(quint64 richiesta, const QString& id);
+    // Testo: the path; with `conDati`, Dati: the file's bytes (at most MassimoFileInviato).
+    void FileOutput(quint64 richiesta, const QString& id, bool conDati);
+    void Documento(quint64 richiesta, const QString& id);
+
+signals:
+    void Risposta(quint64 richiesta, qint32 esito, const QString& testo, const QByteArray& dati);
 
 private:
     struct Voce
@@ -103,13 +125,21 @@ private:
     void Registra(const DatiDocumento& d, const QString& testo) const;
     void AppendiNodo(QByteArray& out, const DatiDocumento& d) const;
     void Rinnova(Voce& voce) const { voce.Nodo.clear(); AppendiNodo(voce.Nodo, voce.Dati); }
-    QString Rifiuta(const QString& motivo) const;
+    PxRisposta Rifiuta(const QString& motivo, qint32 esito = modContratto::Rifiutato) const;
+    void Rispondi(quint64 richiesta, const PxRisposta& r) { emit Risposta(richiesta, r.Esito, r.Testo, r.Dati); }
     // "" when `id` is known and `coda` a queue of this folder, else why not.
     QString Verifica(const QString& id, qint32 coda) const;
 
     // A creation a crash interrupted leaves a hidden ".<id>.nuovo" folder: its files (maybe a
     // job's, moved in from an input folder) are set aside whole, never deleted.
     void Recupera(const QString& cartellaCoda);
+
+    struct Candidato
+    {
+        qint32 Coda;
+        QString Nome;
+    };
+    std::vector<Candidato> mCandidati; // between Prepara and Carica
 
     const modCartelle::Definizione& mDef;
     QString mCartellaServer;

@@ -1,5 +1,6 @@
 #include "RefCatalogo.h"
 
+#include "PxContratto.h"
 #include "PxRigaLog.h"
 #include "RefLog.h"
 
@@ -30,7 +31,7 @@ void Escape(QByteArray& out, const char* testo)
 } // namespace
 
 RefCatalogo::RefCatalogo(const QString& chiave, const QString& cartella, RefLog& log, QObject* parent)
-    : PxSrvCatalogo(parent), mChiave(chiave)
+    : QObject(parent), mChiave(chiave)
 {
     mElenco = "<?xml version=\"1.0\" encoding=\"UTF-8\"?><Elenco>";
     const QDir dir(cartella);
@@ -62,13 +63,13 @@ RefCatalogo::RefCatalogo(const QString& chiave, const QString& cartella, RefLog&
     mElenco += "</Elenco>";
 }
 
-void RefCatalogo::RichiediElenco(quint64 richiesta)
-{
-    QMetaObject::invokeMethod(
-        this, [this, richiesta] { emit Elenco(richiesta, QString::fromUtf8(mElenco)); }, Qt::QueuedConnection);
-}
+void RefCatalogo::RichiediElenco(quint64 richiesta) { emit Risposta(richiesta, modContratto::Ok, {}, mElenco); }
 
-QString RefCatalogo::Oggetto(const QString& chiave)
+void RefCatalogo::Oggetto(quint64 richiesta, const QString& chiave)
 {
-    return mOggetti.value(chiave);
+    const QString xml = Descrizione(chiave);
+    if (xml.isEmpty())
+        emit Risposta(richiesta, modContratto::Rifiutato, QStringLiteral("%1: oggetto %2 sconosciuto").arg(mChiave, chiave), {});
+    else
+        emit Risposta(richiesta, modContratto::Ok, xml, {});
 }

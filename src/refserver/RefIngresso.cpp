@@ -21,7 +21,11 @@ RefIngresso::RefIngresso(const QString& cartellaServer, RefCartellaDocumenti& ca
       mRespinti(QDir(cartellaServer).filePath(u"LavoriRespinti/"_s + servizio.Chiave())),
       mDocumenti(cartella),
       mServizio(servizio),
-      mLogServer(logServer)
+      mLogServer(logServer),
+      // Parented, so that they follow the server to its thread.
+      mOsservatore(this),
+      mTimer(this),
+      mRitardo(this)
 {
     QDir().mkpath(mCartella);
     pugi::xml_node ingresso = mServizio.Elemento("CartellaIngresso");

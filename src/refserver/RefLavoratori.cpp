@@ -27,7 +27,7 @@ std::pair<qint32, QString> MotivoRifiuto(std::mt19937& caso)
 } // namespace
 
 RefLavoratori::RefLavoratori(QList<RefCartellaDocumenti*> cartelle, Servizio servizio, QObject* parent)
-    : QObject(parent), mCartelle(std::move(cartelle)), mServizio(std::move(servizio))
+    : QObject(parent), mCartelle(std::move(cartelle)), mServizio(std::move(servizio)), mTimer(this)
 {
     connect(&mTimer, &QTimer::timeout, this, &RefLavoratori::Lavora);
 }

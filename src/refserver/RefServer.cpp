@@ -1,8 +1,8 @@
 #include "RefServer.h"
 
-#include "PxRigaLog.h"
-#include "PxSrvEventiServer.h"
+#include "PxContratto.h"
 #include "PxLettoreIni.h"
+#include "PxRigaLog.h"
 #include "RefBkgConsole.h"
 #include "RefCartellaDocumenti.h"
 #include "RefCatalogo.h"
@@ -15,74 +15,147 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QMutexLocker>
 #include <QSysInfo>
 
-QString RefServer::CartellaServizi(const QString& server) { return QDir(server).filePath(QStringLiteral("Servizi")); }
-QString RefServer::CartellaLog(const QString& server) { return QDir(server).filePath(QStringLiteral("Log")); }
+#include <limits>
+#include <sstream>
+
+using namespace Qt::StringLiterals;
+
+QString RefServer::CartellaServizi(const QString& server) { return QDir(server).filePath(u"Servizi"_s); }
+QString RefServer::CartellaLog(const QString& server) { return QDir(server).filePath(u"Log"_s); }
 
 RefServer::RefServer(const QString& cartella, Opzioni opzioni, QObject* parent)
-    : PxSrvServer(parent),
+    : QObject(parent),
+      mOpzioni(opzioni),
       mCartella(QDir(cartella).absolutePath()),
-      mLog((QDir().mkpath(CartellaLog(mCartella)), QDir(CartellaLog(mCartella)).filePath(QStringLiteral("PxSrvServer.log")))),
-      mEventi(new PxSrvEventiServer(this)),
+      mIdentificativo(QStringLiteral("PlxSrv %1 su %2").arg(QStringLiteral(PLX_VERSION), QSysInfo::machineHostName())),
+      mLog(QDir(CartellaLog(mCartella)).filePath(u"PxSrvServer.log"_s)),
+      mBkgConsole(new RefBkgConsole(this)),
       mUsoSistema(new RefUsoSistema(this))
 {
+    Pubblica(QString::fromLatin1(modContratto::NomeServer), this);
+    Pubblica(QString::fromLatin1(modContratto::NomeBkgConsole), mBkgConsole);
+    Pubblica(QString::fromLatin1(modContratto::NomeUsoSistema), mUsoSistema);
+    if (mOpzioni.CaricaSubito)
+        Carica();
+}
+
+RefServer::~RefServer()
+{
+    if (mCaricato)
+        mLog.Scrivi(modRigaLog::LivelloInformazione, u"Arresto del server"_s);
+}
+
+void RefServer::Pubblica(const QString& nome, QObject* oggetto)
+{
+    oggetto->setObjectName(nome);
+    const QMutexLocker blocco(&mMutexNomi);
+    mPubblicati.insert(nome, oggetto);
+    mNomi << nome;
+}
+
+QObject* RefServer::Oggetto(const QString& nome) const
+{
+    const QMutexLocker blocco(&mMutexNomi);
+    return mPubblicati.value(nome);
+}
+
+QStringList RefServer::Nomi() const
+{
+    const QMutexLocker blocco(&mMutexNomi);
+    return mNomi;
+}
+
+void RefServer::Carica()
+{
+    if (mCaricato || !mServizi.isEmpty())
+        return;
+    QElapsedTimer tempo;
+    tempo.start();
+    QDir().mkpath(CartellaLog(mCartella));
     mLog.Scrivi(modRigaLog::LivelloInformazione, QStringLiteral("Avvio del server su %1").arg(mCartella));
+
     const QDir servizi(CartellaServizi(mCartella));
     for (const modCatalogo::VoceServizio& voce : modCatalogo::Voci()) {
         const QString chiave = QString::fromLatin1(voce.Chiave);
-        const QString file = servizi.filePath(chiave + QStringLiteral(".xml"));
+        const QString file = servizi.filePath(chiave + u".xml"_s);
         pugi::xml_document configurazione;
         if (QFileInfo::exists(file)) {
-            const pugi::xml_parse_result esito = configurazione.load_file(file.toUtf8().constData());
+            const pugi::xml_parse_result esito = configurazione.load_file(QFile::encodeName(file).constData());
             if (!esito) {
-                mLog.Scrivi(modRigaLog::LivelloErrore,
-                            QStringLiteral("Configurazione %1 non valida: %2 (posizione %3)")
-                                .arg(file, QString::fromUtf8(esito.description()))
-                                .arg(esito.offset));
+                mLog.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("Configurazione %1 non valida: %2 (posizione %3)")
+                                                           .arg(file, QString::fromUtf8(esito.description()))
+                                                           .arg(esito.offset));
                 configurazione.reset();
             }
         }
         auto* servizio = new RefServizio(voce, configurazione.document_element(), CartellaLog(mCartella), this);
         mServizi.insert(chiave, servizio);
         mChiavi << chiave;
+        Pubblica(modContratto::NomeServizio(chiave), servizio);
+    }
+    for (const QString& chiave : {u"PxSrvFormati"_s, u"PxSrvFirme"_s}) {
+        auto* catalogo = new RefCatalogo(chiave, QDir(mCartella).filePath(chiave == u"PxSrvFormati" ? u"Formati"_s : u"Firme"_s),
+                                         mLog, this);
+        mCataloghi.insert(chiave, catalogo);
+        Pubblica(modContratto::NomeCatalogo(chiave), catalogo);
     }
 
-    mCataloghi.insert(QStringLiteral("PxSrvFormati"),
-                      new RefCatalogo(QStringLiteral("PxSrvFormati"), QDir(mCartella).filePath(QStringLiteral("Formati")), mLog, this));
-    mCataloghi.insert(QStringLiteral("PxSrvFirme"),
-                      new RefCatalogo(QStringLiteral("PxSrvFirme"), QDir(mCartella).filePath(QStringLiteral("Firme")), mLog, this));
-
-    const PxLettoreIni ini(QDir(mCartella).filePath(QStringLiteral("PlxConfigurazione.ini")));
-    const QString sezione = QStringLiteral("Server di riferimento");
-    QElapsedTimer tempo;
-    tempo.start();
-    QList<RefCartellaDocumenti*> cartelle;
+    const PxLettoreIni ini(QDir(mCartella).filePath(u"PlxConfigurazione.ini"_s));
+    const QString sezione = u"Server di riferimento"_s;
+    const QString estensioneZip = ini.Stringa(u"Console"_s, u"EstenzioneFileZip"_s, u".pxz"_s, 1024);
+    qint64 candidati = 0;
     for (const modCartelle::Definizione& def : modCartelle::Cartelle()) {
         auto* c = new RefCartellaDocumenti(def, mCartella, mServizi.value(QString::fromLatin1(def.Servizio)),
                                            mServizi.value(QString::fromLatin1(def.Chiave)), mLog, this);
         c->ImpostaDestinazioni([this](GenereCartella g) { return Cartella(g); });
-        c->ImpostaEstensioneZip(ini.Stringa(QStringLiteral("Console"), QStringLiteral("EstenzioneFileZip"), QStringLiteral(".pxz"), 1024));
+        c->ImpostaEstensioneZip(estensioneZip);
         mCartelle.insert(c->Chiave(), c);
-        cartelle << c;
+        mOrdineCartelle << c;
+        candidati += c->Prepara();
     }
+    // The loading is reported at most every 100 ms: enough for a bar, few events.
+    const qint32 totale = static_cast<qint32>(std::min<qint64>(candidati, std::numeric_limits<qint32>::max()));
+    qint64 fatti = 0;
+    QElapsedTimer ultimo;
+    ultimo.start();
+    emit Caricamento(0, totale, {});
     int documenti = 0;
-    for (RefCartellaDocumenti* c : std::as_const(cartelle))
-        documenti += c->Carica();
+    for (RefCartellaDocumenti* c : std::as_const(mOrdineCartelle)) {
+        const modCatalogo::VoceServizio* voce = modCatalogo::Trova(c->Chiave());
+        const QString nome = voce ? QString::fromUtf8(voce->Nome) : c->Chiave();
+        documenti += c->Carica([&](qint64 letti) {
+            if (ultimo.elapsed() < 100)
+                return;
+            ultimo.restart();
+            emit Caricamento(static_cast<qint32>(std::min<qint64>(fatti + letti, totale)), totale, nome);
+        });
+        fatti += c->Totale();
+        Pubblica(modContratto::NomeCartella(c->Chiave()), c);
+    }
     mLog.Scrivi(modRigaLog::LivelloInformazione,
                 QStringLiteral("%1 documenti caricati in %2 ms").arg(documenti).arg(tempo.elapsed()));
 
-    mLavoratori = new RefLavoratori(cartelle, [this](const QString& chiave) { return mServizi.value(chiave); }, this);
-    mLavoratori->ImpostaPercentualeRespinti(ini.Intero(sezione, QStringLiteral("PercentualeRespinti"), 5));
-    mLavoratori->ImpostaPerPasso(ini.Intero(sezione, QStringLiteral("DocumentiPerPasso"), 3));
-    for (RefCartellaDocumenti* c : std::as_const(cartelle)) {
+    mLavoratori = new RefLavoratori(mOrdineCartelle, [this](const QString& chiave) { return mServizi.value(chiave); }, this);
+    mLavoratori->ImpostaPercentualeRespinti(ini.Intero(sezione, u"PercentualeRespinti"_s, 5));
+    mLavoratori->ImpostaPerPasso(ini.Intero(sezione, u"DocumentiPerPasso"_s, 3));
+    for (RefCartellaDocumenti* c : std::as_const(mOrdineCartelle)) {
         auto* ingresso = new RefIngresso(mCartella, *c, *mServizi.value(c->ChiaveServizio()), mLog, this);
         mIngressi.insert(c->ChiaveServizio(), ingresso);
-        if (opzioni.Automatico)
-            ingresso->Avvia(ini.Intero(sezione, QStringLiteral("IntervalloIngresso"), 1000));
+        if (mOpzioni.Automatico)
+            ingresso->Avvia(ini.Intero(sezione, u"IntervalloIngresso"_s, 1000));
     }
-    if (opzioni.Automatico)
-        mLavoratori->ImpostaIntervallo(ini.Intero(sezione, QStringLiteral("IntervalloLavoro"), 2000));
+    if (mOpzioni.Automatico)
+        mLavoratori->ImpostaIntervallo(ini.Intero(sezione, u"IntervalloLavoro"_s, 2000));
+
+    mCaricato = true;
+    emit Caricamento(totale, totale, {});
+    emit Pronto();
+    const QList<quint64> attese = std::exchange(mDescrizioniAttese, {});
+    for (const quint64 richiesta : attese)
+        RichiediDescrizione(richiesta);
 }
 
 RefCartellaDocumenti* RefServer::Cartella(GenereCartella genere) const
@@ -90,26 +163,34 @@ RefCartellaDocumenti* RefServer::Cartella(GenereCartella genere) const
     return mCartelle.value(QString::fromLatin1(modCartelle::Di(genere).Chiave));
 }
 
-RefServer::~RefServer()
+void RefServer::RichiediDescrizione(quint64 richiesta)
 {
-    mLog.Scrivi(modRigaLog::LivelloInformazione, QStringLiteral("Arresto del server"));
+    if (!mCaricato) {
+        mDescrizioniAttese << richiesta;
+        return;
+    }
+    emit Risposta(richiesta, modContratto::Ok, {}, Descrizione());
 }
 
-QString RefServer::Identificativo() const
+QByteArray RefServer::Descrizione() const
 {
-    return QStringLiteral("PlxSrv %1 su %2").arg(QStringLiteral(PLX_VERSION), QSysInfo::machineHostName());
+    // Each state goes as text: one service's malformed state cannot spoil the others.
+    pugi::xml_document doc;
+    pugi::xml_node radice = doc.append_child("Server");
+    radice.append_attribute("Stato") = mStato;
+    for (const QString& chiave : mChiavi) {
+        pugi::xml_node n = radice.append_child("Servizio");
+        n.append_attribute("Chiave") = chiave.toUtf8().constData();
+        n.text().set(mServizi.value(chiave)->StatoXml().toUtf8().constData());
+    }
+    for (const RefCartellaDocumenti* c : mOrdineCartelle) {
+        pugi::xml_node n = radice.append_child("Cartella");
+        n.append_attribute("Chiave") = c->Chiave().toUtf8().constData();
+        n.append_attribute("Servizio") = c->ChiaveServizio().toUtf8().constData();
+    }
+    for (const QString& chiave : {u"PxSrvFormati"_s, u"PxSrvFirme"_s})
+        radice.append_child("Catalogo").append_attribute("Chiave") = chiave.toUtf8().constData();
+    std::ostringstream out;
+    doc.save(out, "", pugi::format_raw | pugi::format_no_declaration);
+    return QByteArray::fromStdString(out.str());
 }
-
-PxSrvServizio* RefServer::Servizio(const QString& chiave) const { return mServizi.value(chiave); }
-
-PxSrvCartellaDocumenti* RefServer::CartellaDocumenti(const QString& chiave) const { return mCartelle.value(chiave); }
-
-PxSrvCatalogo* RefServer::Catalogo(const QString& chiave) const { return mCataloghi.value(chiave); }
-
-QStringList RefServer::Chiavi() const { return mChiavi; }
-
-PxSrvEventiServer* RefServer::Eventi() const { return mEventi; }
-
-PxSrvBkgConsole* RefServer::CreaBkgConsole() { return new RefBkgConsole(); }
-
-PxSrvUsoSistema* RefServer::UsoSistema() const { return mUsoSistema; }

@@ -1,14 +1,14 @@
 #pragma once
 
-#include "PxSrvServer.h"
 #include "DatiDocumento.h"
 #include "RefLog.h"
 
 #include <QHash>
+#include <QMutex>
+#include <QObject>
+#include <QStringList>
 
-#include <memory>
-
-class PxSrvEventiServer;
+class RefBkgConsole;
 class RefCartellaDocumenti;
 class RefCatalogo;
 class RefIngresso;
@@ -30,36 +30,48 @@ class RefUsoSistema;
 // IntervalloLavoro (ms, default 2000), PercentualeRespinti (default 5), DocumentiPerPasso
 // (default 3), IntervalloIngresso (ms, default 1000).
 //
-// A configuration file that is missing or malformed leaves that service with its live
-// elements only, and a line in the server's log; the server never refuses to start for it.
-class RefServer : public PxSrvServer
+// This object is the root of what the server publishes (see modContratto): it and its parts
+// live on one thread, the server's, and are reached from elsewhere only by name, through
+// their signals and slots. Constructing it touches no disk; Carica() does the loading and
+// reports it (Caricamento), then Pronto. A configuration file that is missing or malformed
+// leaves that service with its live elements only, and a line in the server's log; the
+// server never refuses to start for it.
+class RefServer : public QObject
 {
     Q_OBJECT
+    Q_PROPERTY(QString Cartella READ Cartella CONSTANT)
+    Q_PROPERTY(QString Identificativo READ Identificativo CONSTANT)
+    Q_PROPERTY(qint32 Stato READ Stato NOTIFY CambioStatoServer)
 
 public:
     struct Opzioni
     {
-        bool Automatico = true; // workers and input folders on timers; false: a caller drives them
+        bool Automatico = true;   // workers and input folders on timers; false: a caller drives them
+        bool CaricaSubito = true; // false: the caller calls Carica(), on the server's thread
     };
 
     explicit RefServer(const QString& cartella, QObject* parent = nullptr) : RefServer(cartella, Opzioni{}, parent) {}
     RefServer(const QString& cartella, Opzioni opzioni, QObject* parent = nullptr);
     ~RefServer() override;
 
-    QString Cartella() const override { return mCartella; }
-    QString Identificativo() const override;
-    qint32 Stato() const override { return mStato; }
-    PxSrvServizio* Servizio(const QString& chiave) const override;
-    PxSrvCartellaDocumenti* CartellaDocumenti(const QString& chiave) const override;
-    PxSrvCatalogo* Catalogo(const QString& chiave) const override;
-    QStringList Chiavi() const override;
-    PxSrvEventiServer* Eventi() const override;
-    PxSrvBkgConsole* CreaBkgConsole() override;
-    PxSrvUsoSistema* UsoSistema() const override;
+    // Constant for the server's life: safe to read from any thread.
+    QString Cartella() const { return mCartella; }
+    QString Identificativo() const { return mIdentificativo; }
+    qint32 Stato() const { return mStato; }
+    bool Caricato() const { return mCaricato; }
+
+    // The published object of name `nome` (see modContratto), nullptr if none. Safe from any
+    // thread; the objects live as long as the server.
+    QObject* Oggetto(const QString& nome) const;
+    // Every published name, in publication order.
+    QStringList Nomi() const;
 
     RefServizio* ServizioRef(const QString& chiave) const { return mServizi.value(chiave); }
     RefCartellaDocumenti* Cartella(GenereCartella genere) const;
     RefCartellaDocumenti* CartellaRef(const QString& chiave) const { return mCartelle.value(chiave); }
+    RefCatalogo* CatalogoRef(const QString& chiave) const { return mCataloghi.value(chiave); }
+    RefBkgConsole* BkgConsoleRef() const { return mBkgConsole; }
+    RefUsoSistema* UsoSistemaRef() const { return mUsoSistema; }
     RefLavoratori& Lavoratori() const { return *mLavoratori; }
     RefIngresso* Ingresso(const QString& servizio) const { return mIngressi.value(servizio); }
     RefLog& Log() { return mLog; }
@@ -67,16 +79,52 @@ public:
     static QString CartellaServizi(const QString& server);
     static QString CartellaLog(const QString& server);
 
+public slots:
+    // Loads the configuration, the catalogues and every document folder, reporting progress;
+    // then starts the workers and input folders. Once only.
+    void Carica();
+    // Answered, once the server has loaded, with the description of what it publishes:
+    // <Server Stato="4"><Servizio Chiave="PxSrvFax">state XML, as text</Servizio>...
+    // <Cartella Chiave="PxSrvDocFax" Servizio="PxSrvFax"/>...<Catalogo Chiave="PxSrvFormati"/></Server>
+    void RichiediDescrizione(quint64 richiesta);
+
+signals:
+    void Caricamento(qint32 fatti, qint32 totale, const QString& testo);
+    void Pronto();
+    void CambioStatoServer(qint32 codice);
+    // A preview client connected or left; `nodoXml` is its record as in the "Utenti" list.
+    void UtenteConnesso(const QString& nodoXml);
+    void UtenteDisconnesso(const QString& keyUtente);
+    // A printer was added to or removed from the "Stampanti" list.
+    void StampanteAggiunta(const QString& nodoXml);
+    void StampanteRimossa(const QString& chiave);
+    // An FTP client connected or left ("FtpClients" list).
+    void FtpClienteConnesso(const QString& nodoXml);
+    void FtpClienteDisconnesso(const QString& chiave);
+    void Risposta(quint64 richiesta, qint32 esito, const QString& testo, const QByteArray& dati);
+
 private:
+    void Pubblica(const QString& nome, QObject* oggetto);
+    QByteArray Descrizione() const;
+
+    Opzioni mOpzioni;
     QString mCartella;
+    QString mIdentificativo;
     RefLog mLog;
     qint32 mStato = 4;
+    bool mCaricato = false;
+    QList<quint64> mDescrizioniAttese;
     QHash<QString, RefServizio*> mServizi;
+    QStringList mChiavi;
     QHash<QString, RefCartellaDocumenti*> mCartelle;
+    QList<RefCartellaDocumenti*> mOrdineCartelle;
     QHash<QString, RefIngresso*> mIngressi;
     QHash<QString, RefCatalogo*> mCataloghi;
     RefLavoratori* mLavoratori = nullptr;
-    QStringList mChiavi;
-    PxSrvEventiServer* mEventi;
+    RefBkgConsole* mBkgConsole;
     RefUsoSistema* mUsoSistema;
+
+    mutable QMutex mMutexNomi;
+    QHash<QString, QObject*> mPubblicati;
+    QStringList mNomi;
 };

@@ -1,5 +1,6 @@
 #include "RefServizio.h"
 
+#include "PxContratto.h"
 #include "PxRigaLog.h"
 
 #include <QDir>
@@ -20,7 +21,7 @@ void ImpostaTesto(pugi::xml_node padre, const char* nome, const QString& valore)
 
 RefServizio::RefServizio(const modCatalogo::VoceServizio& voce, const pugi::xml_node& configurazione,
                          const QString& cartellaLog, QObject* parent)
-    : PxSrvServizio(parent),
+    : QObject(parent),
       mVoce(voce),
       mChiave(QString::fromLatin1(voce.Chiave)),
       mLog(QDir(cartellaLog).filePath(mChiave + QStringLiteral(".log")))
@@ -62,10 +63,52 @@ void RefServizio::Componi()
     mStatoXml = QString::fromStdString(out.str());
 }
 
-void RefServizio::Pubblica()
+void RefServizio::Pubblica(bool presto)
 {
     Componi();
-    emit StatoXmlCambiato();
+    if (presto) {
+        if (!mInAttesa) {
+            mInAttesa = true;
+            QMetaObject::invokeMethod(this, &RefServizio::PubblicaInAttesa, Qt::QueuedConnection);
+        }
+        return;
+    }
+    mInAttesa = false;
+    emit StatoXmlCambiato(mStatoXml);
+}
+
+void RefServizio::PubblicaInAttesa()
+{
+    if (!mInAttesa)
+        return;
+    mInAttesa = false;
+    emit StatoXmlCambiato(mStatoXml);
+}
+
+void RefServizio::AnnunciaSpostamento(qint32 coda, const QString& id, const QString& nodo)
+{
+    emit DocumentoSpostato(coda, id, nodo);
+}
+
+void RefServizio::RichiediStato(quint64 richiesta)
+{
+    emit Risposta(richiesta, modContratto::Ok, mStatoXml, {});
+}
+
+void RefServizio::Avvia(quint64 richiesta)
+{
+    if (AvviaServizio())
+        emit Risposta(richiesta, modContratto::Ok, {}, {});
+    else
+        emit Risposta(richiesta, modContratto::Rifiutato, QStringLiteral("%1 è disabilitato").arg(mChiave), {});
+}
+
+void RefServizio::Sospendi(quint64 richiesta)
+{
+    if (SospendiServizio())
+        emit Risposta(richiesta, modContratto::Ok, {}, {});
+    else
+        emit Risposta(richiesta, modContratto::Rifiutato, QStringLiteral("%1 è disabilitato").arg(mChiave), {});
 }
 
 void RefServizio::CambiaStato(qint32 codice)
@@ -82,19 +125,21 @@ void RefServizio::CambiaStato(qint32 codice)
     emit CambioStato();
 }
 
-void RefServizio::Avvia()
+bool RefServizio::AvviaServizio()
 {
     if (mCodice == 8) // disabled by configuration: it cannot run
-        return;
+        return false;
     ImpostaErrore(0, QString());
     CambiaStato(modCatalogo::StatoInFunzione);
+    return true;
 }
 
-void RefServizio::Sospendi()
+bool RefServizio::SospendiServizio()
 {
     if (mCodice == 8)
-        return;
+        return false;
     CambiaStato(modCatalogo::StatoSospeso);
+    return true;
 }
 
 void RefServizio::ImpostaAttivita(const QString& attivita)

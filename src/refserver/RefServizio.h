@@ -1,49 +1,70 @@
 #pragma once
 
-#include "PxSrvServizio.h"
 #include "RefLog.h"
 #include "modCatalogo.h"
+
+#include <QObject>
 
 #include <pugixml.hpp>
 
 // A service, worker or folder of the reference server. Its state XML is its configuration
 // (the file "Servizi/<Chiave>.xml" of the server folder) with the live elements laid over
-// it: Stato, Attivita, Errore and FileLog. The text is rebuilt only when something changes.
-class RefServizio : public PxSrvServizio
+// it: Stato, Attivita, Errore and FileLog. The text is rebuilt only when something changes,
+// and published with StatoXmlCambiato before any notice that follows the change.
+class RefServizio : public QObject
 {
     Q_OBJECT
+    Q_PROPERTY(QString Chiave READ Chiave CONSTANT)
+    Q_PROPERTY(QString StatoXml READ StatoXml NOTIFY StatoXmlCambiato)
 
 public:
     // `configurazione` is the root element to copy (may be empty); `cartellaLog` holds the log.
     RefServizio(const modCatalogo::VoceServizio& voce, const pugi::xml_node& configurazione,
                 const QString& cartellaLog, QObject* parent = nullptr);
 
-    QString Chiave() const override { return mChiave; }
-    QString StatoXml() const override { return mStatoXml; }
+    QString Chiave() const { return mChiave; }
+    QString StatoXml() const { return mStatoXml; }
     const modCatalogo::VoceServizio& Voce() const { return mVoce; }
     qint32 CodiceStato() const { return mCodice; }
     RefLog& Log() { return mLog; }
 
+    // Runs the service (Stato/Codice 4); false when it cannot run (disabled, code 8).
+    bool AvviaServizio();
+    // Suspends it: it keeps its documents but stops moving them.
+    bool SospendiServizio();
     void ImpostaAttivita(const QString& attivita);
     // Records an error (code 0 clears it) and raises NotificaErrore for a real one.
     void ImpostaErrore(qint32 codice, const QString& descrizione);
     // The element `nome` directly under the root, created when missing: the live values
     // a service publishes beside its configuration (counters, lists).
     pugi::xml_node Elemento(const char* nome);
-    // Call after changing elements through Elemento(): republishes the state XML.
-    void Pubblica();
+    // Call after changing elements through Elemento(): rebuilds the state XML and raises
+    // StatoXmlCambiato now, or, with `presto`, once when the server's event loop next turns
+    // (a burst of counter changes then makes one notice).
+    void Pubblica(bool presto = false);
     // Raises DocumentoSpostato for a document of one of this service's folders.
-    void AnnunciaSpostamento(qint32 coda, const QString& id, const QString& nodo) { emit DocumentoSpostato(coda, id, nodo); }
+    void AnnunciaSpostamento(qint32 coda, const QString& id, const QString& nodo);
     // Reports progress of the work under way.
     void AnnunciaAvanzamento(const QString& attivita, qint32 fatti, qint32 totale) { emit Avanzamento(attivita, fatti, totale); }
 
 public slots:
-    void Avvia() override;
-    void Sospendi() override;
+    void RichiediStato(quint64 richiesta);
+    void Avvia(quint64 richiesta);
+    void Sospendi(quint64 richiesta);
+
+signals:
+    void StatoXmlCambiato(const QString& xml);
+    void CambioStato();
+    void CambioAttivita();
+    void NotificaErrore(qint32 codice, const QString& descrizione);
+    void Avanzamento(const QString& attivita, qint32 fatti, qint32 totale);
+    void DocumentoSpostato(qint32 coda, const QString& id, const QString& nodoXml);
+    void Risposta(quint64 richiesta, qint32 esito, const QString& testo, const QByteArray& dati);
 
 private:
     void CambiaStato(qint32 codice);
     void Componi();
+    void PubblicaInAttesa();
 
     const modCatalogo::VoceServizio& mVoce;
     QString mChiave;
@@ -51,4 +72,5 @@ private:
     pugi::xml_document mDoc;
     qint32 mCodice = modCatalogo::StatoArrestato;
     QString mStatoXml;
+    bool mInAttesa = false;
 };

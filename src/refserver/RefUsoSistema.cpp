@@ -1,5 +1,7 @@
 #include "RefUsoSistema.h"
 
+#include "PxContratto.h"
+
 #include <QFile>
 
 #include <algorithm>
@@ -31,7 +33,7 @@ qint32 Percento(quint64 parte, quint64 totale)
 
 } // namespace
 
-RefUsoSistema::RefUsoSistema(QObject* parent) : PxSrvUsoSistema(parent)
+RefUsoSistema::RefUsoSistema(QObject* parent) : QObject(parent), mTimer(this)
 {
     connect(&mTimer, &QTimer::timeout, this, &RefUsoSistema::Campiona);
 }
@@ -70,13 +72,25 @@ RefUsoSistema::Campione RefUsoSistema::Leggi(const QByteArray& stat, const QByte
     return c;
 }
 
-void RefUsoSistema::Avvia(qint32 millisecondi)
+void RefUsoSistema::Avvia(quint64 richiesta, qint32 millisecondi)
+{
+    AvviaCampionamento(millisecondi);
+    emit Risposta(richiesta, modContratto::Ok, {}, {});
+}
+
+void RefUsoSistema::Ferma(quint64 richiesta)
+{
+    FermaCampionamento();
+    emit Risposta(richiesta, modContratto::Ok, {}, {});
+}
+
+void RefUsoSistema::AvviaCampionamento(qint32 millisecondi)
 {
     Leggi(LeggiFile("/proc/stat"), {}, mPrecedente);
     mTimer.start(std::max(100, millisecondi));
 }
 
-void RefUsoSistema::Ferma()
+void RefUsoSistema::FermaCampionamento()
 {
     mTimer.stop();
     mPrecedente.reset();

@@ -1,14 +1,13 @@
 #pragma once
 
-#include "PxSrvUsoSistema.h"
-
+#include <QObject>
 #include <QTimer>
 
 #include <optional>
 
 // Samples the machine's load from /proc: processor use between two samples, physical
 // memory (MemTotal, MemAvailable) and virtual memory (physical plus swap, CommitLimit basis).
-class RefUsoSistema : public PxSrvUsoSistema
+class RefUsoSistema : public QObject
 {
     Q_OBJECT
 
@@ -24,9 +23,20 @@ public:
     static Campione Leggi(const QByteArray& stat, const QByteArray& meminfo,
                           std::optional<std::pair<quint64, quint64>>& precedente);
 
+    // Start sampling every `millisecondi` (at least 100); the first sample follows one interval later.
+    void AvviaCampionamento(qint32 millisecondi);
+    void FermaCampionamento();
+
 public slots:
-    void Avvia(qint32 millisecondi) override;
-    void Ferma() override;
+    void Avvia(quint64 richiesta, qint32 millisecondi);
+    void Ferma(quint64 richiesta);
+
+signals:
+    // Processor use %, physical memory used %, physical memory available (MB),
+    // virtual memory used %, virtual memory available (MB).
+    void Aggiornamento(qint32 usoCpu, qint32 memoriaFisicaUsata, qint32 memoriaFisicaDisponibileMb,
+                       qint32 memoriaVirtualeUsata, qint32 memoriaVirtualeDisponibileMb);
+    void Risposta(quint64 richiesta, qint32 esito, const QString& testo, const QByteArray& dati);
 
 private:
     void Campiona();

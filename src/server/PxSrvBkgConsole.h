@@ -1,27 +1,28 @@
 #pragma once
 
-#include <QObject>
-#include <QString>
+#include "PxSrvOggetto.h"
 
-// The server-side companion of a console: background work done on the console's behalf.
-// While it works it brackets the work with Inizio and Fine; a fault it cannot recover
-// from arrives as Errore, and the console then closes.
-class PxSrvBkgConsole : public QObject
+// The server-side companion of a console, reached by name: background work done on the
+// console's behalf. While it works it brackets the work with Inizio and Fine; a fault it
+// cannot recover from arrives as Errore, and the console then closes.
+class PxSrvBkgConsole : public PxSrvOggetto
 {
     Q_OBJECT
 
 public:
-    using QObject::QObject;
+    explicit PxSrvBkgConsole(QObject* parent = nullptr);
 
-public slots:
     // Starts the worker for the console of `percorsoGui`, on the server at `cartellaServer`
     // identified by `identificativo`.
-    virtual void Avvia(const QString& cartellaServer, const QString& identificativo, const QString& percorsoGui) = 0;
+    void Avvia(const QString& cartellaServer, const QString& identificativo, const QString& percorsoGui);
     // Ends the worker; no event follows.
-    virtual void Termina() = 0;
+    void Termina();
 
 signals:
     void Inizio();
     void Fine();
     void Errore(qint32 numero, const QString& sorgente, const QString& descrizione);
+
+protected:
+    void AlCollegamento(QObject* sorgente) override;
 };

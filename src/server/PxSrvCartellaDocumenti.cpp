@@ -1,39 +1,49 @@
 #include "PxSrvCartellaDocumenti.h"
 
-#include "PxSrvCatalogo.h"
 #include "PxXmlCallBack.h"
 
-#include <memory>
-
-namespace {
-
-// Connects the next answer numbered `richiesta` of `sorgente` to `callback`, once.
-template <typename Sorgente>
-void Inoltra(Sorgente* sorgente, quint64 richiesta, PxXmlCallBack* callback)
+PxSrvCartellaDocumenti::PxSrvCartellaDocumenti(const QString& chiave, const QString& chiaveServizio, bool fileLocali,
+                                               QObject* parent)
+    : PxSrvOggetto(modContratto::NomeCartella(chiave), parent),
+      mChiave(chiave),
+      mChiaveServizio(chiaveServizio),
+      mFileLocali(fileLocali)
 {
-    QPointer<PxXmlCallBack> destinatario(callback);
-    auto connessione = std::make_shared<QMetaObject::Connection>();
-    *connessione = QObject::connect(sorgente, &Sorgente::Elenco, sorgente, [=](quint64 numero, const QString& xml) {
-        if (numero != richiesta)
-            return;
-        QObject::disconnect(*connessione);
-        if (destinatario)
-            emit destinatario->XmlCallBack(xml);
-    });
 }
-
-} // namespace
 
 void PxSrvCartellaDocumenti::Elenca(PxXmlCallBack* callback)
 {
-    const quint64 richiesta = mProssimaRichiesta++;
-    Inoltra(this, richiesta, callback);
-    RichiediElenco(richiesta);
+    if (callback)
+        Chiama("RichiediElenco", callback, ConsegnaXml(callback));
 }
 
-void PxSrvCatalogo::Elenca(PxXmlCallBack* callback)
+void PxSrvCartellaDocumenti::SpostaDocumenti(const QString& selezioneXml, qint32 coda, QObject* richiedente, Esito fatto)
 {
-    const quint64 richiesta = mProssimaRichiesta++;
-    Inoltra(this, richiesta, callback);
-    RichiediElenco(richiesta);
+    Chiama("SpostaDocumenti", richiedente, std::move(fatto), selezioneXml, coda);
+}
+
+void PxSrvCartellaDocumenti::GeneraAnteprime(const QString& selezioneXml, const QString& indirizzo, QObject* richiedente,
+                                             Esito fatto)
+{
+    Chiama("GeneraAnteprime", richiedente, std::move(fatto), selezioneXml, indirizzo);
+}
+
+void PxSrvCartellaDocumenti::InviaCompresso(const QString& selezioneXml, QObject* richiedente, Esito fatto)
+{
+    Chiama("InviaCompresso", richiedente, std::move(fatto), selezioneXml);
+}
+
+void PxSrvCartellaDocumenti::CartellaDocumento(const QString& id, QObject* richiedente, Esito fatto)
+{
+    Chiama("CartellaDocumento", richiedente, std::move(fatto), id);
+}
+
+void PxSrvCartellaDocumenti::FileOutput(const QString& id, QObject* richiedente, Esito fatto)
+{
+    Chiama("FileOutput", richiedente, std::move(fatto), id, !mFileLocali);
+}
+
+void PxSrvCartellaDocumenti::Documento(const QString& id, QObject* richiedente, Esito fatto)
+{
+    Chiama("Documento", richiedente, std::move(fatto), id);
 }

@@ -1,11 +1,12 @@
 #pragma once
 
 #include "IPxStatoServer.h"
+#include "PxSrvOggetto.h"
 
-#include <QObject>
-#include <QString>
+#include <QHash>
 #include <QStringList>
 
+class PxCollegamento;
 class PxSrvBkgConsole;
 class PxSrvCartellaDocumenti;
 class PxSrvCatalogo;
@@ -13,9 +14,15 @@ class PxSrvEventiServer;
 class PxSrvServizio;
 class PxSrvUsoSistema;
 
-// The dispatch server's root object as the console needs it. Objects it hands out stay
-// owned by the server and live as long as it does; a key it does not know gives nullptr.
-class PxSrvServer : public QObject, public IPxStatoServer
+// The dispatch server as the console sees it: its folder and identifying text, its state,
+// and the console-side parts of its services, folders and catalogues. All of them live on
+// the console's thread and belong to this object; the server's own objects are reached only
+// through the transport, by name.
+//
+// Connetti() binds the root (Collegato: folder and text known), then asks the server for its
+// description, which it answers once it has loaded (Caricamento reports the loading); the
+// parts are then made and bound, and Pronto follows.
+class PxSrvServer : public PxSrvOggetto, public IPxStatoServer
 {
     Q_OBJECT
     Q_PROPERTY(QString Cartella READ Cartella CONSTANT)
@@ -23,31 +30,66 @@ class PxSrvServer : public QObject, public IPxStatoServer
     Q_PROPERTY(qint32 Stato READ Stato NOTIFY StatoCambiato)
 
 public:
-    using QObject::QObject;
-    ~PxSrvServer() override = default;
+    explicit PxSrvServer(PxCollegamento* collegamento, QObject* parent = nullptr);
+    ~PxSrvServer() override;
+
+    void Connetti();
+    // Whether the parts are there (Pronto was raised).
+    bool Caricato() const { return mCaricato; }
 
     // The server folder: configuration, documents, logs.
-    virtual QString Cartella() const = 0;
+    QString Cartella() const { return mCartella; }
     // The text that identifies this server (name and version).
-    virtual QString Identificativo() const = 0;
+    QString Identificativo() const { return mIdentificativo; }
     // The server's run state: 4 running.
-    qint32 Stato() const override = 0;
+    qint32 Stato() const override { return mStato; }
 
-    // The service or worker of key "PxSrv..." ("PxSrvFax", "PxSrvTifVm").
-    virtual PxSrvServizio* Servizio(const QString& chiave) const = 0;
+    // The service or worker of key "PxSrv..." ("PxSrvFax", "PxSrvTifVm"); nullptr if none.
+    PxSrvServizio* Servizio(const QString& chiave) const { return mServizi.value(chiave); }
     // The document folder of key "PxSrvDoc..." ("PxSrvDocFax").
-    virtual PxSrvCartellaDocumenti* CartellaDocumenti(const QString& chiave) const = 0;
+    PxSrvCartellaDocumenti* CartellaDocumenti(const QString& chiave) const { return mCartelle.value(chiave); }
     // The catalogue of a service that keeps objects ("PxSrvFormati", "PxSrvFirme").
-    virtual PxSrvCatalogo* Catalogo(const QString& chiave) const = 0;
-    // The keys of every service, worker and folder the server has.
-    virtual QStringList Chiavi() const = 0;
-    // The server's event source.
-    virtual PxSrvEventiServer* Eventi() const = 0;
-    // A new background worker for one console; the caller owns it.
-    virtual PxSrvBkgConsole* CreaBkgConsole() = 0;
-    // The machine's load sampler.
-    virtual PxSrvUsoSistema* UsoSistema() const = 0;
+    PxSrvCatalogo* Catalogo(const QString& chiave) const { return mCataloghi.value(chiave); }
+    // The keys of every service and worker, in the server's order.
+    QStringList Chiavi() const { return mChiavi; }
+    PxSrvEventiServer* Eventi() const { return mEventi; }
+    PxSrvBkgConsole* BkgConsole() const { return mBkgConsole; }
+    PxSrvUsoSistema* UsoSistema() const { return mUsoSistema; }
+    bool FileLocali() const;
 
 signals:
+    void Collegato();
+    // The server's loading: `fatti` of `totale` steps, what it is doing.
+    void Caricamento(qint32 fatti, qint32 totale, const QString& testo);
+    void Pronto();
     void StatoCambiato(qint32 codice);
+    // The connection failed or was lost; every pending request has failed.
+    void Interrotto(const QString& motivo);
+
+protected:
+    void AlCollegamento(QObject* sorgente) override;
+
+private slots:
+    void AlCambioStatoServer(qint32 codice);
+
+private:
+    void AlDescrizione(const PxRisposta& risposta);
+    // `parteDescritta`: one of the parts Pronto waits for.
+    void Acquisisci(PxSrvOggetto* parte, bool parteDescritta);
+    void ParteCollegata();
+    void AlInterruzione(const QString& motivo);
+
+    PxCollegamento* mCollegamento;
+    QString mCartella;
+    QString mIdentificativo;
+    qint32 mStato = 0;
+    bool mCaricato = false;
+    int mDaCollegare = 0;
+    QStringList mChiavi;
+    QHash<QString, PxSrvServizio*> mServizi;
+    QHash<QString, PxSrvCartellaDocumenti*> mCartelle;
+    QHash<QString, PxSrvCatalogo*> mCataloghi;
+    PxSrvEventiServer* mEventi;
+    PxSrvBkgConsole* mBkgConsole;
+    PxSrvUsoSistema* mUsoSistema;
 };

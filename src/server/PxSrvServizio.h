@@ -1,34 +1,30 @@
 #pragma once
 
-#include <QObject>
-#include <QString>
+#include "PxSrvOggetto.h"
 
-// A service or worker of the dispatch server, as the console sees it.
-//
-// Shaped for replication across processes: the state XML is a property with a change
-// signal (read from the local copy, never a round trip), commands are slots, notices are
-// signals. Only ids and XML text cross this boundary.
-class PxSrvServizio : public QObject
+// A service or worker of the dispatch server, as the console sees it: a local copy of its
+// state XML, read synchronously, kept current by the server's notices; its commands go out
+// as requests.
+class PxSrvServizio : public PxSrvOggetto
 {
     Q_OBJECT
     Q_PROPERTY(QString Chiave READ Chiave CONSTANT)
     Q_PROPERTY(QString StatoXml READ StatoXml NOTIFY StatoXmlCambiato)
 
 public:
-    using QObject::QObject;
-    ~PxSrvServizio() override = default;
+    // `statoXml`: the state as the server last described it.
+    PxSrvServizio(const QString& chiave, const QString& statoXml, QObject* parent = nullptr);
 
     // The object key ("PxSrvFax", "PxSrvTifVm", ...).
-    virtual QString Chiave() const = 0;
+    QString Chiave() const { return mChiave; }
     // The state document: root named after the service, with Stato (Codice, Descrizione),
     // Attivita, Errore (Codice, Descrizione), FileLog and the service's own elements.
-    virtual QString StatoXml() const = 0;
+    QString StatoXml() const { return mStatoXml; }
 
-public slots:
-    // Start the service (Stato/Codice becomes 4); refused silently when it cannot run.
-    virtual void Avvia() = 0;
+    // Start the service (Stato/Codice becomes 4); refused when it cannot run.
+    void Avvia(QObject* richiedente = nullptr, Esito fatto = {});
     // Suspend the service: it keeps its documents but stops moving them.
-    virtual void Sospendi() = 0;
+    void Sospendi(QObject* richiedente = nullptr, Esito fatto = {});
 
 signals:
     void StatoXmlCambiato();
@@ -42,4 +38,14 @@ signals:
     void Avanzamento(const QString& attivita, qint32 fatti, qint32 totale);
     // One document of this service changed queue; `nodoXml` is its listing node.
     void DocumentoSpostato(qint32 coda, const QString& id, const QString& nodoXml);
+
+protected:
+    void AlCollegamento(QObject* sorgente) override;
+
+private slots:
+    void AlStatoXml(const QString& xml);
+
+private:
+    QString mChiave;
+    QString mStatoXml;
 };

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <QByteArray>
 #include <QObject>
 #include <QString>
 
-// The small callback object a view hands to a folder when it asks for a listing. The
-// folder answers later, from the event loop, by raising XmlCallBack with the whole text.
+// The small callback object a view hands to a folder or catalogue when it asks for a
+// listing. The answer comes later, from the event loop: XmlCallBack with the whole text
+// (UTF-8 XML), or Errore when the server refused or could not be reached. Destroying the
+// callback first cancels the request.
 class PxXmlCallBack : public QObject
 {
     Q_OBJECT
@@ -13,5 +16,13 @@ public:
     using QObject::QObject;
 
 signals:
-    void XmlCallBack(const QString& xml);
+    void XmlCallBack(const QByteArray& xml);
+    void Errore(qint32 esito, const QString& motivo);
 };
+
+#include "PxContratto.h"
+
+#include <functional>
+
+// The answer handler that hands a listing to `callback` (XmlCallBack, or Errore).
+std::function<void(const PxRisposta&)> ConsegnaXml(PxXmlCallBack* callback);

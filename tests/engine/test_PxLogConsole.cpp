@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 namespace {
@@ -89,4 +91,34 @@ TEST(modTraccia, GuardAndWrapperWriteEntryExitAndNumberedErrors)
                          QStringLiteral("Errore in Std: 5 - rotto"),
                          QStringLiteral("Std> Esce"),
                      }));
+}
+
+TEST(PxLogConsole, RotatesAtItsSizeAndKeepsOnlyTheNewestFiles)
+{
+    QTemporaryDir dir;
+    PxLogConsole log;
+    log.NomeApplicazione = QStringLiteral("PlxSrvConsole");
+    log.Cartella = dir.path();
+    log.DimensioneMassima = 4096;
+    log.NumeroFile = 2;
+    ASSERT_TRUE(log.Apri());
+    const QString riga = QString(80, u'x'); // about 95 bytes a line with its time and level
+    for (int i = 0; i < 400; ++i)
+        log.Scrivi(2, QStringLiteral("%1 %2").arg(i, 4, 10, QChar(u'0')).arg(riga));
+    log.Chiudi();
+    const QDir cartella(dir.path());
+    const QStringList file = cartella.entryList(QDir::Files, QDir::Name);
+    EXPECT_EQ(file, (QStringList{QStringLiteral("PlxSrvConsole.1.log"), QStringLiteral("PlxSrvConsole.2.log"),
+                                 QStringLiteral("PlxSrvConsole.log")}));
+    for (const QString& nome : file)
+        EXPECT_LE(QFileInfo(cartella.filePath(nome)).size(), 4096) << qPrintable(nome);
+    // The newest line is in the current file, and each rotated file holds whole lines.
+    const QStringList correnti = Righe(log.File());
+    ASSERT_FALSE(correnti.isEmpty());
+    EXPECT_TRUE(modRigaLog::Analizza(correnti.last())->Testo.startsWith(QStringLiteral("0399 ")));
+    const QStringList precedenti = Righe(cartella.filePath(QStringLiteral("PlxSrvConsole.1.log")));
+    ASSERT_FALSE(precedenti.isEmpty());
+    const int ultimaPrecedente = modRigaLog::Analizza(precedenti.last())->Testo.left(4).toInt();
+    const int primaCorrente = modRigaLog::Analizza(correnti.first())->Testo.left(4).toInt();
+    EXPECT_EQ(primaCorrente, ultimaPrecedente + 1) << "no line lost at the rotation";
 }

@@ -10,11 +10,26 @@
 
 #include <QDir>
 #include <QFile>
+#include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QTest>
 
 #include <functional>
 
+// The engine's phases, timer and windows, which it keeps to itself.
+struct PxSrvConsoleSonda
+{
+    static int Fase(const PxSrvConsole& e) { return e.mFase; }
+    static const QTimer& Timer(const PxSrvConsole& e) { return e.mobjTimer; }
+    static frmApertura* Apertura(const PxSrvConsole& e) { return e.mApertura.get(); }
+    static frmChiusura* Chiusura(const PxSrvConsole& e) { return e.mChiusura.get(); }
+    static IFrmConsole* Console(const PxSrvConsole& e) { return e.mConsole.get(); }
+    static PxContesto& Contesto(PxSrvConsole& e) { return e.mContesto; }
+};
+
 namespace {
+
+using Sonda = PxSrvConsoleSonda;
 
 // A main window that records what the engine asks of it.
 struct Registro
@@ -72,13 +87,13 @@ protected:
         QDir(mDir.path()).mkpath(QStringLiteral("gui"));
         mServer = std::make_unique<FakeServer>(mDir.filePath(QStringLiteral("server")));
         mServer->Aggiungi(QStringLiteral("PxSrvFax"), FakeServer::Xml(QStringLiteral("PxSrvFax"), 4));
-        e.SetFabbricaConsole([this](PxSrvConsole&) { return std::make_unique<ConsoleFinta>(r); });
+        e.SetFabbricaConsole([this](PxContesto&) { return std::make_unique<ConsoleFinta>(r); });
     }
 
     void Collega()
     {
-        e.SetSrvServer(mServer.get());
-        e.SetServerEventi(mServer->Eventi());
+        e.SetSrvServer(&mServer->Client());
+        e.SetServerEventi(mServer->Client().Eventi());
         e.SetPercorsoGui(mDir.filePath(QStringLiteral("gui")));
         e.SetPercorsoLog(mDir.filePath(QStringLiteral("log")));
     }
@@ -125,9 +140,9 @@ protected:
 TEST_F(Engine, InizializzaRefusesMissingObjectsAndBadGuiPath)
 {
     EXPECT_EQ(Errore([&] { e.Inizializza(); }), 91);
-    e.SetSrvServer(mServer.get());
+    e.SetSrvServer(&mServer->Client());
     EXPECT_EQ(Errore([&] { e.Inizializza(); }), 91) << "events object still missing";
-    e.SetServerEventi(mServer->Eventi());
+    e.SetServerEventi(mServer->Client().Eventi());
     e.SetPercorsoGui(mDir.filePath(QStringLiteral("nessuna")));
     EXPECT_EQ(Errore([&] { e.Inizializza(); }), 76);
     Scrivi("file.txt", "x");
@@ -145,14 +160,14 @@ TEST_F(Engine, InizializzaSetsUpEverythingOnce)
     EXPECT_TRUE(e.Inizializzato());
     EXPECT_EQ(e.Stato().Codice, PxConsoleStato::Inizializzato);
     EXPECT_EQ(e.Stato().Descrizione(), QStringLiteral("Inizializzato"));
-    EXPECT_EQ(e.EstensioneFileZip(), QStringLiteral(".zip"));
-    EXPECT_TRUE(e.MostraStrumentiProcessi());
+    EXPECT_EQ(Sonda::Contesto(e).EstensioneFileZip(), QStringLiteral(".zip"));
+    EXPECT_TRUE(Sonda::Contesto(e).MostraStrumentiProcessi());
     ASSERT_TRUE(mServer->Bkg);
-    EXPECT_TRUE(mServer->Bkg->Avviato);
+    QTRY_VERIFY(mServer->Bkg->Avviato);
     EXPECT_EQ(mServer->Bkg->Cartella, mServer->Cartella());
     EXPECT_EQ(mServer->Bkg->Identificativo, mServer->Identificativo());
     EXPECT_EQ(mServer->Bkg->Gui, e.PercorsoGui());
-    EXPECT_EQ(QString::fromUtf8(e.UIRoot().name()), QStringLiteral("PLX"));
+    EXPECT_EQ(QString::fromUtf8(Sonda::Contesto(e).UIRoot().name()), QStringLiteral("PLX"));
     EXPECT_TRUE(TestiLog().contains(QStringLiteral("3 Server inizializzato")));
     EXPECT_EQ(Errore([&] { e.Inizializza(); }), 445);
     EXPECT_EQ(e.Stato().Codice, PxConsoleStato::Inizializzato);
@@ -162,8 +177,8 @@ TEST_F(Engine, IniDefaultsWhenTheFileIsMissing)
 {
     Collega();
     e.Inizializza();
-    EXPECT_EQ(e.EstensioneFileZip(), QStringLiteral(".pxz"));
-    EXPECT_FALSE(e.MostraStrumentiProcessi());
+    EXPECT_EQ(Sonda::Contesto(e).EstensioneFileZip(), QStringLiteral(".pxz"));
+    EXPECT_FALSE(Sonda::Contesto(e).MostraStrumentiProcessi());
 }
 
 TEST_F(Engine, RefusedRequestsKeepTheState)
@@ -187,19 +202,19 @@ TEST_F(Engine, StartShowsTheOpeningWindowThenTheMainWindow)
     Collega();
     e.Inizializza();
     e.Avvia();
-    EXPECT_TRUE(e.Timer().isActive());
-    EXPECT_EQ(e.Timer().interval(), 250);
+    EXPECT_TRUE(Sonda::Timer(e).isActive());
+    EXPECT_EQ(Sonda::Timer(e).interval(), 250);
 
     e.mobjTimer_TimerEvent(); // phase 0 -> 2: the opening window
-    EXPECT_EQ(e.Fase(), 2);
-    ASSERT_NE(e.Apertura(), nullptr);
-    EXPECT_TRUE(e.Apertura()->isVisible());
-    EXPECT_EQ(e.Apertura()->Massimo(), 2);
+    EXPECT_EQ(Sonda::Fase(e), 2);
+    ASSERT_NE(Sonda::Apertura(e), nullptr);
+    EXPECT_TRUE(Sonda::Apertura(e)->isVisible());
+    EXPECT_EQ(Sonda::Apertura(e)->Massimo(), 2);
     EXPECT_EQ(r.Create, 0);
-    EXPECT_EQ(e.Timer().interval(), 250);
+    EXPECT_EQ(Sonda::Timer(e).interval(), 250);
 
     e.mobjTimer_TimerEvent(); // phase 2 -> 4: the main window loads while the opening window shows
-    EXPECT_EQ(e.Fase(), 4);
+    EXPECT_EQ(Sonda::Fase(e), 4);
     EXPECT_EQ(r.Create, 1);
     EXPECT_EQ(r.Inizializza, 1);
     EXPECT_TRUE(r.AperturaVisibile);
@@ -207,10 +222,10 @@ TEST_F(Engine, StartShowsTheOpeningWindowThenTheMainWindow)
     EXPECT_EQ(e.Stato().Codice, PxConsoleStato::AvvioInCorso);
 
     e.mobjTimer_TimerEvent(); // phase 4 -> 0: running
-    EXPECT_EQ(e.Fase(), 0);
-    EXPECT_EQ(e.Apertura(), nullptr);
+    EXPECT_EQ(Sonda::Fase(e), 0);
+    EXPECT_EQ(Sonda::Apertura(e), nullptr);
     EXPECT_EQ(e.Stato().Codice, PxConsoleStato::Avviato);
-    EXPECT_EQ(e.Timer().interval(), 1500);
+    EXPECT_EQ(Sonda::Timer(e).interval(), 1500);
 
     e.mobjTimer_TimerEvent(); // running and visible: nothing happens
     EXPECT_EQ(e.Stato().Codice, PxConsoleStato::Avviato);
@@ -228,12 +243,12 @@ TEST_F(Engine, ATickDuringTheStartWorkReturnsAtOnce)
     r.DuranteInizializza = [&] {
         righeLog = TestiLog().size();
         e.mobjTimer_TimerEvent(); // as if the loading let a timer event through
-        faseVista = e.Fase();
+        faseVista = Sonda::Fase(e);
     };
     e.mobjTimer_TimerEvent();
     EXPECT_EQ(faseVista, 3);
     EXPECT_EQ(r.Create, 1) << "the start work ran twice";
-    EXPECT_EQ(e.Fase(), 4);
+    EXPECT_EQ(Sonda::Fase(e), 4);
     // The nested tick left before writing anything, not even its entry line.
     const QStringList log = TestiLog();
     EXPECT_EQ(log.mid(righeLog).filter(QStringLiteral("mobjTimer_TimerEvent> Entra")).size(), 0);
@@ -242,27 +257,27 @@ TEST_F(Engine, ATickDuringTheStartWorkReturnsAtOnce)
 TEST_F(Engine, ClosingTheMainWindowStopsWithinOnePoll)
 {
     AvviaFinoInFunzione();
-    auto* console = e.Console();
+    auto* console = Sonda::Console(e);
     ASSERT_NE(console, nullptr);
     console->Nascondi(); // the operator closed it
     e.mobjTimer_TimerEvent();
     EXPECT_EQ(e.Stato().Codice, PxConsoleStato::ArrestoInCorso);
-    ASSERT_NE(e.Chiusura(), nullptr);
-    EXPECT_TRUE(e.Chiusura()->isVisible());
-    EXPECT_EQ(e.Timer().interval(), 250);
+    ASSERT_NE(Sonda::Chiusura(e), nullptr);
+    EXPECT_TRUE(Sonda::Chiusura(e)->isVisible());
+    EXPECT_EQ(Sonda::Timer(e).interval(), 250);
     e.mobjTimer_TimerEvent();
     EXPECT_EQ(e.Stato().Codice, PxConsoleStato::Arrestato);
     EXPECT_EQ(r.Termina, 1);
     EXPECT_EQ(r.Distrutte, 1);
-    EXPECT_EQ(e.Console(), nullptr);
-    EXPECT_EQ(e.Chiusura(), nullptr);
+    EXPECT_EQ(Sonda::Console(e), nullptr);
+    EXPECT_EQ(Sonda::Chiusura(e), nullptr);
     EXPECT_EQ(Errore([&] { e.Arresta(); }), 445);
 
     e.Termina();
     EXPECT_EQ(e.Stato().Codice, PxConsoleStato::Terminato);
     EXPECT_FALSE(e.Inizializzato());
-    EXPECT_FALSE(e.Timer().isActive());
-    EXPECT_TRUE(mServer->Bkg.isNull()) << "the worker is released";
+    EXPECT_FALSE(Sonda::Timer(e).isActive());
+    QTRY_VERIFY2(mServer->Bkg->Terminato, "the worker is told to end");
     EXPECT_TRUE(QFile::exists(FileServer("UIConsole.xml")));
     EXPECT_TRUE(TestiLog().contains(QStringLiteral("3 Server terminato")));
     EXPECT_EQ(Errore([&] { e.Termina(); }), 445);
@@ -273,7 +288,7 @@ TEST_F(Engine, ArrestaFromTheHostAndRestart)
     AvviaFinoInFunzione();
     e.Arresta();
     EXPECT_EQ(e.Stato().Codice, PxConsoleStato::ArrestoInCorso);
-    EXPECT_TRUE(e.Chiusura() && e.Chiusura()->isVisible());
+    EXPECT_TRUE(Sonda::Chiusura(e) && Sonda::Chiusura(e)->isVisible());
     e.mobjTimer_TimerEvent();
     EXPECT_EQ(e.Stato().Codice, PxConsoleStato::Arrestato);
     e.Avvia(); // 5 -> 2
@@ -288,15 +303,15 @@ TEST_F(Engine, RestartOfTheMainWindowStartsFromAFreshLayout)
 {
     Scrivi("UIConsole.xml", "<?xml version=\"1.0\" encoding=\"UTF-8\"?><PLX><SrvFax Versione=\"01.00.04\"/></PLX>");
     AvviaFinoInFunzione();
-    EXPECT_TRUE(e.UIRoot().child("SrvFax"));
+    EXPECT_TRUE(Sonda::Contesto(e).UIRoot().child("SrvFax"));
     e.RiavviaConsole();
-    EXPECT_EQ(e.Fase(), 5);
+    EXPECT_EQ(Sonda::Fase(e), 5);
     e.mobjTimer_TimerEvent();
-    EXPECT_EQ(e.Fase(), 0);
+    EXPECT_EQ(Sonda::Fase(e), 0);
     EXPECT_EQ(r.Distrutte, 1);
     EXPECT_EQ(r.Create, 2);
-    EXPECT_EQ(QString::fromUtf8(e.UIRoot().name()), QStringLiteral("PLX"));
-    EXPECT_FALSE(e.UIRoot().first_child());
+    EXPECT_EQ(QString::fromUtf8(Sonda::Contesto(e).UIRoot().name()), QStringLiteral("PLX"));
+    EXPECT_FALSE(Sonda::Contesto(e).UIRoot().first_child());
     EXPECT_EQ(e.Stato().Codice, PxConsoleStato::Avviato);
 }
 
@@ -305,9 +320,9 @@ TEST_F(Engine, MissingOrMalformedLayoutGivesAFreshDocumentWrittenOnTermina)
     Scrivi("UIConsole.xml", "<PLX><SrvFax>"); // malformed
     Collega();
     e.Inizializza();
-    EXPECT_EQ(QString::fromUtf8(e.UIRoot().name()), QStringLiteral("PLX"));
-    EXPECT_FALSE(e.UIRoot().first_child());
-    e.UIRoot().append_child("SrvDocFax").append_attribute("Versione") = "01.00.04";
+    EXPECT_EQ(QString::fromUtf8(Sonda::Contesto(e).UIRoot().name()), QStringLiteral("PLX"));
+    EXPECT_FALSE(Sonda::Contesto(e).UIRoot().first_child());
+    Sonda::Contesto(e).UIRoot().append_child("SrvDocFax").append_attribute("Versione") = "01.00.04";
     e.Termina(); // from state 1
     QFile f(FileServer("UIConsole.xml"));
     ASSERT_TRUE(f.open(QIODevice::ReadOnly));
@@ -320,7 +335,7 @@ TEST_F(Engine, ALayoutThatLoadsIsKeptWithItsWhiteSpace)
     Scrivi("UIConsole.xml", testo);
     Collega();
     e.Inizializza();
-    EXPECT_STREQ(e.UIRoot().child("SrvFax").child_value(), "  testo  ");
+    EXPECT_STREQ(Sonda::Contesto(e).UIRoot().child("SrvFax").child_value(), "  testo  ");
     e.Termina();
     QFile f(FileServer("UIConsole.xml"));
     ASSERT_TRUE(f.open(QIODevice::ReadOnly));
@@ -333,18 +348,18 @@ TEST_F(Engine, BackgroundWorkerMarksBusyAndItsErrorClosesTheConsole)
     AvviaFinoInFunzione();
     ASSERT_TRUE(mServer->Bkg);
     mServer->Bkg->EmettiInizio();
-    EXPECT_TRUE(e.Occupato());
+    EXPECT_TRUE(Sonda::Contesto(e).Occupato());
     EXPECT_EQ(r.ConfiguraPulsanti, 1);
     EXPECT_EQ(r.AggiornaBarra, 1);
     mServer->Bkg->EmettiFine();
-    EXPECT_FALSE(e.Occupato());
+    EXPECT_FALSE(Sonda::Contesto(e).Occupato());
     EXPECT_EQ(r.ConfiguraPulsanti, 2);
     EXPECT_EQ(r.ConfiguraPulsantiServer, 1);
     EXPECT_EQ(r.AggiornaBarra, 2);
 
     mServer->Bkg->EmettiErrore(76, QStringLiteral("PxSrvBkgConsole"), QStringLiteral("cartella sparita"));
     EXPECT_TRUE(TestiLog().contains(QStringLiteral("0 mobjSrvBkgConsoleEventi_Errore> 76-PxSrvBkgConsole (cartella sparita)")));
-    EXPECT_FALSE(e.Console()->Visibile());
+    EXPECT_FALSE(Sonda::Console(e)->Visibile());
     EXPECT_EQ(e.Stato().Codice, PxConsoleStato::Avviato) << "the error is not raised to the host";
     e.mobjTimer_TimerEvent();
     EXPECT_EQ(e.Stato().Codice, PxConsoleStato::ArrestoInCorso);
@@ -360,4 +375,82 @@ TEST_F(Engine, EveryStateChangeReachesTheHost)
     e.Termina();
     EXPECT_EQ(visti, (QList<qint32>{1, 2, 3, 4, 5, 6}));
     EXPECT_GT(PxSrvConsole::ProcessId(), 0);
+}
+
+TEST_F(Engine, TheMainWindowWaitsForTheServerToLoad)
+{
+    mServer = std::make_unique<FakeServer>(mDir.filePath(QStringLiteral("server")), false);
+    mServer->Aggiungi(QStringLiteral("PxSrvFax"), FakeServer::Xml(QStringLiteral("PxSrvFax"), 4));
+    Collega();
+    e.Inizializza();
+    e.Avvia();
+    e.mobjTimer_TimerEvent();
+    ASSERT_NE(Sonda::Apertura(e), nullptr);
+    EXPECT_TRUE(Sonda::Apertura(e)->isVisible()) << "the opening window does not wait for the server";
+    for (int i = 0; i < 3; ++i)
+        e.mobjTimer_TimerEvent();
+    EXPECT_EQ(Sonda::Fase(e), 2);
+    EXPECT_EQ(r.Create, 0) << "no main window before the server has described itself";
+    EXPECT_EQ(Sonda::Timer(e).interval(), 250);
+    mServer->Carica();
+    QTRY_VERIFY(mServer->Client().Caricato());
+    EXPECT_EQ(Sonda::Apertura(e)->Massimo(), 2);
+    e.mobjTimer_TimerEvent();
+    EXPECT_EQ(r.Create, 1);
+    e.mobjTimer_TimerEvent();
+    EXPECT_EQ(e.Stato().Codice, PxConsoleStato::Avviato);
+}
+
+TEST_F(Engine, AStopAskedFromOutsideWaitsForTheStartThenGoesAsArresta)
+{
+    EXPECT_FALSE(e.RichiediArresto()) << "nothing to stop";
+    Collega();
+    e.Inizializza();
+    EXPECT_FALSE(e.RichiediArresto());
+    e.Avvia();
+    EXPECT_TRUE(e.RichiediArresto());
+    EXPECT_EQ(e.Stato().Codice, PxConsoleStato::AvvioInCorso) << "Arresta is refused while starting";
+    for (int i = 0; i < 3; ++i)
+        e.mobjTimer_TimerEvent();
+    EXPECT_EQ(e.Stato().Codice, PxConsoleStato::ArrestoInCorso) << "stopped as soon as it ran";
+    EXPECT_TRUE(Sonda::Chiusura(e) && Sonda::Chiusura(e)->isVisible());
+    EXPECT_TRUE(e.RichiediArresto()) << "a second request while stopping changes nothing";
+    e.mobjTimer_TimerEvent();
+    EXPECT_EQ(e.Stato().Codice, PxConsoleStato::Arrestato);
+    EXPECT_FALSE(e.RichiediArresto());
+}
+
+TEST_F(Engine, PanesLearnTheBusyMarkAndTheStateFromTheContext)
+{
+    AvviaFinoInFunzione();
+    PxContesto& contesto = Sonda::Contesto(e);
+    EXPECT_EQ(contesto.Server(), &mServer->Client());
+    QSignalSpy occupato(&contesto, &PxContesto::CambioOccupato);
+    QSignalSpy stato(&contesto, &PxContesto::CambioStato);
+    mServer->Bkg->EmettiInizio();
+    mServer->Bkg->EmettiInizio(); // no change, no signal
+    mServer->Bkg->EmettiFine();
+    ASSERT_EQ(occupato.size(), 2);
+    EXPECT_TRUE(occupato[0][0].toBool());
+    EXPECT_FALSE(occupato[1][0].toBool());
+    e.Arresta();
+    ASSERT_EQ(stato.size(), 1);
+    EXPECT_EQ(contesto.Stato().Codice, PxConsoleStato::ArrestoInCorso);
+}
+
+TEST_F(Engine, ProcedureLinesCanBeSwitchedOffWithoutLosingErrorsOrStates)
+{
+    Scrivi("PlxConfigurazione.ini", "[Console]\r\nLogTracciaProcedure=0\r\n");
+    AvviaFinoInFunzione();
+    mServer->Bkg->EmettiErrore(76, QStringLiteral("PxSrvBkgConsole"), QStringLiteral("sparita"));
+    e.mobjTimer_TimerEvent();
+    e.mobjTimer_TimerEvent();
+    e.Termina();
+    const QStringList log = TestiLog();
+    EXPECT_TRUE(log.filter(QStringLiteral("> Entra")).isEmpty());
+    EXPECT_TRUE(log.filter(QStringLiteral("> Esce")).isEmpty());
+    EXPECT_TRUE(log.contains(QStringLiteral("3 Server inizializzato")));
+    EXPECT_TRUE(log.contains(QStringLiteral("2 Stato console: Avviato")));
+    EXPECT_TRUE(log.contains(QStringLiteral("0 mobjSrvBkgConsoleEventi_Errore> 76-PxSrvBkgConsole (sparita)")));
+    EXPECT_TRUE(log.contains(QStringLiteral("3 Server terminato")));
 }

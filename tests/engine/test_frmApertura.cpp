@@ -7,26 +7,21 @@
 
 #include <QLabel>
 #include <QProgressBar>
+#include <QTest>
 
 TEST(frmApertura, NoServerOrNoServicesCountsOne)
 {
     EXPECT_EQ(frmApertura::ContaPassi(nullptr), 1);
     FakeServer vuoto;
-    EXPECT_EQ(frmApertura::ContaPassi(&vuoto), 1);
-    // Only the thirteen services are looked up; with none present, no worker is.
-    EXPECT_EQ(vuoto.Richieste.size(), 13);
-    EXPECT_FALSE(vuoto.Richieste.contains(QStringLiteral("PxSrvTifVm")));
+    EXPECT_EQ(frmApertura::ContaPassi(&vuoto.Client()), 1);
 }
 
-TEST(frmApertura, AGroupWithoutItsWorkersCountsOneAndWorkersOfAbsentGroupsAreNotLookedUp)
+TEST(frmApertura, AGroupWithoutItsWorkersCountsOneAndWorkersOfAbsentGroupsAreNotCounted)
 {
     FakeServer s;
     s.Aggiungi(QStringLiteral("PxSrvFax"), FakeServer::Xml(QStringLiteral("PxSrvFax"), 4));
     s.Aggiungi(QStringLiteral("PxSrvSmtp"), FakeServer::Xml(QStringLiteral("PxSrvSmtp"), 4)); // its group is absent
-    EXPECT_EQ(frmApertura::ContaPassi(&s), 2);
-    for (const char* lavoratore : {"PxSrvTifVm", "PxSrvFaxVm", "PxSrvNeFax", "PxSrvRprtFax", "PxSrvNtfcFax"})
-        EXPECT_TRUE(s.Richieste.contains(QString::fromLatin1(lavoratore))) << lavoratore;
-    EXPECT_FALSE(s.Richieste.contains(QStringLiteral("PxSrvSmtp")));
+    EXPECT_EQ(frmApertura::ContaPassi(&s.Client()), 2);
 }
 
 TEST(frmApertura, ListsWorkersAndMalformedDescriptions)
@@ -45,14 +40,14 @@ TEST(frmApertura, ListsWorkersAndMalformedDescriptions)
     s.Aggiungi(QStringLiteral("PxSrvFtpSrv"), FakeServer::Xml(QStringLiteral("PxSrvFtpSrv"), 4));
     s.Aggiungi(QStringLiteral("PxSrvFormati"), QString()); // empty description
     // 1 + previews (1 + 1 + 3) + printing (1 + 1 + 2) + e-mail (1 + 2) + FTP (1 + 1 + 2)
-    EXPECT_EQ(frmApertura::ContaPassi(&s), 1 + 5 + 4 + 3 + 4);
+    EXPECT_EQ(frmApertura::ContaPassi(&s.Client()), 1 + 5 + 4 + 3 + 4);
 }
 
 TEST(frmApertura, MoreStepsThanCountedKeepTheBarFull)
 {
     FakeServer s;
     s.Aggiungi(QStringLiteral("PxSrvFax"), FakeServer::Xml(QStringLiteral("PxSrvFax"), 4));
-    frmApertura f(&s);
+    frmApertura f(&s.Client());
     ASSERT_EQ(f.Massimo(), 2);
     EXPECT_EQ(f.Valore(), 0);
     f.Avanzamento(QStringLiteral("uno"));
@@ -60,6 +55,29 @@ TEST(frmApertura, MoreStepsThanCountedKeepTheBarFull)
     f.Avanzamento(QStringLiteral("tre"));
     EXPECT_EQ(f.Valore(), 2);
     EXPECT_EQ(f.Informazione(), QStringLiteral("tre"));
+}
+
+TEST(frmApertura, FollowsTheServersLoadingThenCountsTheSteps)
+{
+    FakeServer s({}, false);
+    s.Aggiungi(QStringLiteral("PxSrvFax"), FakeServer::Xml(QStringLiteral("PxSrvFax"), 4));
+    s.Aggiungi(QStringLiteral("PxSrvTifVm"), FakeServer::Xml(QStringLiteral("PxSrvTifVm"), 4));
+    PxSrvServer& client = s.Client();
+    ASSERT_FALSE(client.Caricato());
+    frmApertura f(&client);
+    EXPECT_EQ(f.Massimo(), 0) << "activity only, until the server says how much it loads";
+    s.EmettiCaricamento(300, 1200, QStringLiteral("Documenti fax"));
+    EXPECT_EQ(f.Massimo(), 1200);
+    EXPECT_EQ(f.Valore(), 300);
+    EXPECT_TRUE(f.Informazione().contains(QStringLiteral("Documenti fax")));
+    s.EmettiCaricamento(5000, 1200, {}); // more than announced: the bar stays full
+    EXPECT_EQ(f.Valore(), 1200);
+    s.Carica();
+    QTRY_VERIFY(client.Caricato());
+    EXPECT_EQ(f.Massimo(), 3) << "1 + the fax service + its TIFF worker";
+    EXPECT_EQ(f.Valore(), 0);
+    s.EmettiCaricamento(10, 20, {}); // late progress does not disturb the count
+    EXPECT_EQ(f.Massimo(), 3);
 }
 
 TEST(frmApertura, TextsColoursAndNoWayToClose)

@@ -1,6 +1,12 @@
-#include "PxSrvConsole.h"
-#include "RefServer.h"
-#include "RefServizio.h"
+#include "PxCollegamento.h"
+#include "PxConsoleResDll.h"
+#include "PxContesto.h"
+#include "PxIconResource.h"
+#include "PxImpostazioni.h"
+#include "PxLogConsole.h"
+#include "PxSrvServer.h"
+#include "PxSrvServizio.h"
+#include "RefOspite.h"
 #include "frmApertura.h"
 #include "frmConsole.h"
 #include "frmPosizione.h"
@@ -23,15 +29,25 @@ protected:
     void SetUp() override
     {
         ASSERT_EQ(modDemo::CreaServerDemo(mDir.path(), 0), QString());
-        mServer = std::make_unique<RefServer>(mDir.path());
-        e.SetSrvServer(mServer.get());
-        e.SetServerEventi(mServer->Eventi());
-        e.SetPercorsoGui(mDir.path());
-        e.SetPercorsoLog(mDir.filePath(QStringLiteral("Log")));
-        e.Inizializza();
-        mPosizione = std::make_unique<frmPosizione>(e);
+        // The demo server on its own thread, as the console runs it.
+        mOspite = std::make_unique<RefOspite>(mDir.path());
+        mCollegamento = std::make_unique<PxCollegamentoDiretto>([this](const QString& nome) { return mOspite->Oggetto(nome); });
+        mServer = std::make_unique<PxSrvServer>(mCollegamento.get());
+        mServer->Connetti();
+        mOspite->Avvia();
+        QTRY_VERIFY_WITH_TIMEOUT(mServer->Caricato(), 10000);
+        mContesto = std::make_unique<PxContesto>(mTesti, mIcone, mImpostazioni, mLog, mServer.get());
+        mPosizione = std::make_unique<frmPosizione>(*mContesto);
         mApertura = std::make_unique<frmApertura>(mServer.get());
         mPosizione->Inizializza(mApertura.get());
+    }
+
+    void TearDown() override
+    {
+        mPosizione.reset();
+        mContesto.reset();
+        mServer.reset();
+        mOspite.reset();
     }
 
     QTreeWidgetItem* Nodo(const QString& testo) const
@@ -41,8 +57,14 @@ protected:
     }
 
     QTemporaryDir mDir;
-    std::unique_ptr<RefServer> mServer;
-    PxSrvConsole e;
+    PxConsoleResDll mTesti;
+    PxIconResource mIcone;
+    PxImpostazioni mImpostazioni;
+    PxLogConsole mLog;
+    std::unique_ptr<RefOspite> mOspite;
+    std::unique_ptr<PxCollegamentoDiretto> mCollegamento;
+    std::unique_ptr<PxSrvServer> mServer;
+    std::unique_ptr<PxContesto> mContesto;
     std::unique_ptr<frmPosizione> mPosizione;
     std::unique_ptr<frmApertura> mApertura;
 };
@@ -67,15 +89,16 @@ TEST_F(Albero, BuildsEveryNodeAndFillsTheOpeningBar)
     EXPECT_EQ(mPosizione->IconaNodo(frmPosizione::ChiaveVoce("SrvStampante", QStringLiteral("3"))), 1413);
 }
 
-TEST_F(Albero, AStateChangeUpdatesOnlyTheIcon)
+TEST_F(Albero, AStateChangeOnTheServersThreadUpdatesOnlyTheIcon)
 {
     QTreeWidgetItem* fax = Nodo(QStringLiteral("Fax"));
     ASSERT_NE(fax, nullptr);
-    mServer->ServizioRef(QStringLiteral("PxSrvFax"))->Sospendi();
-    EXPECT_EQ(mPosizione->IconaNodo(QStringLiteral("SrvFax")), -240);
+    mServer->Servizio(QStringLiteral("PxSrvFax"))->Sospendi();
+    EXPECT_EQ(mPosizione->IconaNodo(QStringLiteral("SrvFax")), 240) << "a request is answered later, never inside the call";
+    QTRY_COMPARE(mPosizione->IconaNodo(QStringLiteral("SrvFax")), -240);
     EXPECT_EQ(fax->text(0), QStringLiteral("Fax"));
-    mServer->ServizioRef(QStringLiteral("PxSrvFax"))->Avvia();
-    EXPECT_EQ(mPosizione->IconaNodo(QStringLiteral("SrvFax")), 240);
+    mServer->Servizio(QStringLiteral("PxSrvFax"))->Avvia();
+    QTRY_COMPARE(mPosizione->IconaNodo(QStringLiteral("SrvFax")), 240);
 }
 
 TEST_F(Albero, AggiornaIconaKeepsTheTextOnAnEmptyCaptionAndIgnoresUnknownKeys)
@@ -109,7 +132,7 @@ TEST_F(Albero, ABurstOfSelectionsNavigatesOnceToTheLast)
 
 TEST_F(Albero, ClosingTheMainWindowOnlyHidesIt)
 {
-    frmConsole console(e);
+    frmConsole console(*mContesto);
     console.Inizializza(nullptr);
     console.Mostra();
     EXPECT_TRUE(console.Visibile());
@@ -121,7 +144,7 @@ TEST_F(Albero, ClosingTheMainWindowOnlyHidesIt)
 TEST_F(Albero, TheMainWindowReopensWhereTheOperatorLeftIt)
 {
     {
-        frmConsole console(e);
+        frmConsole console(*mContesto);
         console.Mostra();
         console.resize(900, 640);
         auto* log = console.findChild<QDockWidget*>(QStringLiteral("pnlLog"));
@@ -129,7 +152,7 @@ TEST_F(Albero, TheMainWindowReopensWhereTheOperatorLeftIt)
         log->hide();
         console.Termina();
     }
-    frmConsole riaperta(e);
+    frmConsole riaperta(*mContesto);
     riaperta.Mostra();
     EXPECT_EQ(riaperta.size(), QSize(900, 640));
     EXPECT_FALSE(riaperta.findChild<QDockWidget*>(QStringLiteral("pnlLog"))->isVisible());

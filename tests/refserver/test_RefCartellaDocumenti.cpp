@@ -1,5 +1,4 @@
 #include "PxIntestazioneHpx.h"
-#include "PxXmlCallBack.h"
 #include "RefCartellaDocumenti.h"
 #include "RefIngresso.h"
 #include "RefLavoratori.h"
@@ -94,22 +93,15 @@ protected:
 
 } // namespace
 
-TEST_F(Cartelle, ListingShapePerFolderDeliveredFromTheEventLoop)
+TEST_F(Cartelle, ListingShapePerFolder)
 {
     for (const modCartelle::Definizione& def : modCartelle::Cartelle()) {
         RefCartellaDocumenti* c = mServer->CartellaRef(QString::fromLatin1(def.Chiave));
         ASSERT_NE(c, nullptr);
-        EXPECT_EQ(mServer->CartellaDocumenti(QString::fromLatin1(def.Chiave)), c);
-        PxXmlCallBack callback;
-        QString ricevuto;
-        int volte = 0;
-        QObject::connect(&callback, &PxXmlCallBack::XmlCallBack, [&](const QString& xml) { ricevuto = xml; ++volte; });
-        c->Elenca(&callback);
-        EXPECT_EQ(volte, 0) << "answered inside the call";
-        QCoreApplication::processEvents();
-        ASSERT_EQ(volte, 1);
+        EXPECT_EQ(mServer->Oggetto(u"Cartella/"_s + QString::fromLatin1(def.Chiave)), c);
+        const QByteArray ricevuto = c->TestoElenco();
         pugi::xml_document doc;
-        ASSERT_TRUE(doc.load_string(ricevuto.toUtf8().constData()));
+        ASSERT_TRUE(doc.load_buffer(ricevuto.constData(), static_cast<size_t>(ricevuto.size())));
         qint32 coda = 0;
         qsizetype documenti = 0;
         for (const pugi::xml_node q : doc.document_element().children()) {
@@ -163,19 +155,19 @@ TEST_F(Cartelle, ListingFieldsFollowTheColumnsAndDatesReadAsDates)
 TEST_F(Cartelle, AMixedSelectionWithAnUnknownIdMovesNothing)
 {
     RefServizio* fax = mServer->ServizioRef(u"PxSrvFax"_s);
-    QSignalSpy spostati(fax, &PxSrvServizio::DocumentoSpostato);
+    QSignalSpy spostati(fax, &RefServizio::DocumentoSpostato);
     const QStringList presi = Fax().Coda(8, 3);
     ASSERT_EQ(presi.size(), 3);
-    EXPECT_FALSE(Fax().SpostaDocumenti(Selezione(presi + QStringList{u"FAX-999999"_s}), 2).isEmpty());
-    EXPECT_FALSE(Fax().SpostaDocumenti(Selezione(presi), 13).isEmpty()) << "queue 13 does not exist";
-    EXPECT_FALSE(Fax().SpostaDocumenti(Selezione(presi), -1).isEmpty());
-    EXPECT_FALSE(Fax().SpostaDocumenti(u"<Root><ID>"_s, 2).isEmpty()) << "malformed selection";
+    EXPECT_FALSE(Fax().SpostaSelezione(Selezione(presi + QStringList{u"FAX-999999"_s}), 2).Riuscita());
+    EXPECT_FALSE(Fax().SpostaSelezione(Selezione(presi), 13).Riuscita()) << "queue 13 does not exist";
+    EXPECT_FALSE(Fax().SpostaSelezione(Selezione(presi), -1).Riuscita());
+    EXPECT_FALSE(Fax().SpostaSelezione(u"<Root><ID>"_s, 2).Riuscita()) << "malformed selection";
     EXPECT_EQ(spostati.size(), 0);
     for (const QString& id : presi)
         EXPECT_EQ(Fax().Trova(id)->Coda, 8);
     ControllaCoerenza(Fax());
 
-    EXPECT_EQ(Fax().SpostaDocumenti(Selezione(presi + QStringList{presi[0]}), 2), QString()) << "a repeated id counts once";
+    EXPECT_TRUE(Fax().SpostaSelezione(Selezione(presi + QStringList{presi[0]}), 2).Riuscita()) << "a repeated id counts once";
     ASSERT_EQ(spostati.size(), 3);
     for (int i = 0; i < 3; ++i) {
         EXPECT_EQ(spostati[i][0].toInt(), 2);
@@ -191,21 +183,21 @@ TEST_F(Cartelle, AMixedSelectionWithAnUnknownIdMovesNothing)
 TEST_F(Cartelle, DocumentObjectPathsAndCounters)
 {
     const QString id = Fax().Coda(8).value(0);
-    const QString documento = Fax().Documento(id);
+    const QString documento = Fax().DocumentoXml(id);
     pugi::xml_document doc;
     ASSERT_TRUE(doc.load_string(documento.toUtf8().constData()));
     EXPECT_STREQ(doc.document_element().name(), "Documento");
     EXPECT_TRUE(doc.document_element().child("Proprieta"));
     EXPECT_TRUE(doc.document_element().child("ElencoFile").first_child());
-    EXPECT_TRUE(QFileInfo(Fax().CartellaDocumento(id)).isDir());
-    const QString tif = Fax().FileOutput(id);
+    EXPECT_TRUE(QFileInfo(Fax().CartellaDocumentoDi(id)).isDir());
+    const QString tif = Fax().FileOutputDi(id);
     ASSERT_FALSE(tif.isEmpty());
     EXPECT_EQ(modTiff::LeggiPagine(Leggi(tif)).size(), std::clamp(Fax().Trova(id)->Pagine, 1, 3));
-    EXPECT_EQ(Fax().Documento(u"FAX-999999"_s), QString());
-    EXPECT_EQ(Fax().CartellaDocumento(u"FAX-999999"_s), QString());
+    EXPECT_EQ(Fax().DocumentoXml(u"FAX-999999"_s), QString());
+    EXPECT_EQ(Fax().CartellaDocumentoDi(u"FAX-999999"_s), QString());
 
     pugi::xml_document stato;
-    ASSERT_TRUE(stato.load_string(mServer->Servizio(u"PxSrvDocFax"_s)->StatoXml().toUtf8().constData()));
+    ASSERT_TRUE(stato.load_string(mServer->ServizioRef(u"PxSrvDocFax"_s)->StatoXml().toUtf8().constData()));
     EXPECT_EQ(stato.document_element().select_node("Fax/Count").node().text().as_llong(), Fax().Totale());
     EXPECT_EQ(stato.document_element().select_node("Fax/Trasmessi").node().text().as_llong(), Fax().Conteggio(8));
 }
@@ -223,11 +215,11 @@ TEST_F(Cartelle, WorkersMoveDocumentsAndWriteOutputs)
     mServer->Lavoratori().Lavora();
     for (const QString& id : daConvertire) {
         EXPECT_EQ(Fax().Trova(id)->Coda, 2);
-        EXPECT_FALSE(modTiff::LeggiPagine(Leggi(Fax().FileOutput(id))).isEmpty());
+        EXPECT_FALSE(modTiff::LeggiPagine(Leggi(Fax().FileOutputDi(id))).isEmpty());
     }
     mServer->Lavoratori().Lavora();
     for (const QString& id : emailDaConvertire)
-        EXPECT_TRUE(Leggi(email.FileOutput(id)).startsWith("%PDF-")) << qPrintable(id);
+        EXPECT_TRUE(Leggi(email.FileOutputDi(id)).startsWith("%PDF-")) << qPrintable(id);
     ControllaCoerenza(Fax());
     ControllaCoerenza(email);
 }
@@ -235,7 +227,7 @@ TEST_F(Cartelle, WorkersMoveDocumentsAndWriteOutputs)
 TEST_F(Cartelle, ASuspendedServiceStopsItsFolderAndASuspendedWorkerItsStage)
 {
     RefCartellaDocumenti& stampe = *mServer->Cartella(GenereCartella::Stampa);
-    mServer->ServizioRef(u"PxSrvFax"_s)->Sospendi();
+    mServer->ServizioRef(u"PxSrvFax"_s)->SospendiServizio();
     const QStringList fax0 = Fax().Coda(0), stampe0 = stampe.Coda(0);
     ASSERT_FALSE(fax0.isEmpty());
     ASSERT_FALSE(stampe0.isEmpty());
@@ -244,8 +236,8 @@ TEST_F(Cartelle, ASuspendedServiceStopsItsFolderAndASuspendedWorkerItsStage)
     EXPECT_EQ(Fax().Coda(0), fax0) << "the suspended fax service moved documents";
     EXPECT_TRUE(stampe.Coda(0).isEmpty()) << "the printing service kept working";
 
-    mServer->ServizioRef(u"PxSrvFax"_s)->Avvia();
-    mServer->ServizioRef(u"PxSrvFaxVm"_s)->Sospendi();
+    mServer->ServizioRef(u"PxSrvFax"_s)->AvviaServizio();
+    mServer->ServizioRef(u"PxSrvFaxVm"_s)->SospendiServizio();
     const QStringList fax2 = Fax().Coda(2);
     mServer->Lavoratori().Lavora();
     EXPECT_TRUE(Fax().Coda(0).isEmpty()) << "conversion runs";
@@ -264,7 +256,7 @@ TEST_F(Cartelle, RejectedTwiceIsDiscarded)
         EXPECT_EQ(Fax().Trova(id)->Coda, 9);
         EXPECT_FALSE(Fax().Trova(id)->Errore.isEmpty());
     }
-    ASSERT_EQ(Fax().SpostaDocumenti(Selezione(presi), 1), QString());
+    ASSERT_TRUE(Fax().SpostaSelezione(Selezione(presi), 1).Riuscita());
     mServer->Lavoratori().Lavora();
     for (const QString& id : presi)
         EXPECT_EQ(Fax().Trova(id)->Coda, 10);
@@ -298,7 +290,7 @@ TEST_F(Cartelle, InputJobsBecomeDocumentsAndBadHeadersAreSetAside)
     { QFile f(incompleto + u".bpx"_s); ASSERT_TRUE(f.open(QIODevice::WriteOnly)); f.write("x"); }
     { QFile f(incompleto + u".hpx"_s); ASSERT_TRUE(f.open(QIODevice::WriteOnly)); f.write(senzaStampante.Serializza()); }
 
-    QSignalSpy spostati(mServer->ServizioRef(u"PxSrvStampe"_s), &PxSrvServizio::DocumentoSpostato);
+    QSignalSpy spostati(mServer->ServizioRef(u"PxSrvStampe"_s), &RefServizio::DocumentoSpostato);
     EXPECT_EQ(ingresso->Scansiona(), 1);
     EXPECT_EQ(stampe.Totale(), prima + 1);
     ASSERT_EQ(spostati.size(), 1);
@@ -307,7 +299,7 @@ TEST_F(Cartelle, InputJobsBecomeDocumentsAndBadHeadersAreSetAside)
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(d->Descrizione, u"Stampa pagina di prova di Laser"_s);
     EXPECT_EQ(d->Stampante, u"Laser amministrazione"_s);
-    EXPECT_EQ(Leggi(stampe.CartellaDocumento(d->Id) + u'/' + d->FileCorpo), QByteArray("Riga 1\r\n"));
+    EXPECT_EQ(Leggi(stampe.CartellaDocumentoDi(d->Id) + u'/' + d->FileCorpo), QByteArray("Riga 1\r\n"));
     EXPECT_FALSE(d->FileScript.isEmpty());
     EXPECT_TRUE(QDir(ingresso->Cartella()).entryList(QDir::Files).isEmpty()) << "every file was taken or set aside";
     const QStringList messi = QDir(ingresso->CartellaRespinti()).entryList(QDir::Files);
@@ -322,10 +314,10 @@ TEST_F(Cartelle, InputJobsBecomeDocumentsAndBadHeadersAreSetAside)
 TEST_F(Cartelle, ARestartFindsEveryDocumentWhereItWasAndSkipsCorruptOnes)
 {
     const QString id = Fax().Coda(8).value(0);
-    ASSERT_EQ(Fax().SpostaDocumenti(Selezione({id}), 3), QString());
+    ASSERT_TRUE(Fax().SpostaSelezione(Selezione({id}), 3).Riuscita());
     const QString vittima = Fax().Coda(9).value(0);
     ASSERT_FALSE(vittima.isEmpty());
-    { QFile f(Fax().CartellaDocumento(vittima) + u'/' + vittima + u".xml"_s); ASSERT_TRUE(f.open(QIODevice::WriteOnly)); f.write("<Documento"); }
+    { QFile f(Fax().CartellaDocumentoDi(vittima) + u'/' + vittima + u".xml"_s); ASSERT_TRUE(f.open(QIODevice::WriteOnly)); f.write("<Documento"); }
     QDir().mkpath(Fax().Radice() + u"/Coda_0/vuota"_s);
     // A creation cut short by a crash: its files are set aside, not lost and not loaded.
     const QString interrotta = Fax().Radice() + u"/Coda_0/.FAX-777777.nuovo"_s;
@@ -354,18 +346,18 @@ TEST_F(Cartelle, PreviewsAndCompressedSendCreateDocumentsElsewhere)
     RefCartellaDocumenti& email = *mServer->Cartella(GenereCartella::Email);
     const QStringList presi = Fax().Coda(8, 2);
     const qsizetype a = anteprime.Totale(), e = email.Totale();
-    EXPECT_EQ(Fax().GeneraAnteprime(Selezione(presi), u"127.0.0.1"_s), QString());
+    EXPECT_TRUE(Fax().Anteprime(Selezione(presi), u"127.0.0.1"_s).Riuscita());
     EXPECT_EQ(anteprime.Totale(), a + 2);
-    EXPECT_EQ(Fax().InviaCompresso(Selezione(presi)), QString());
+    EXPECT_TRUE(Fax().Comprimi(Selezione(presi)).Riuscita());
     ASSERT_EQ(email.Totale(), e + 1);
     const QString nuovo = email.Coda(0).constLast();
-    const QDir cartella(email.CartellaDocumento(nuovo));
+    const QDir cartella(email.CartellaDocumentoDi(nuovo));
     const QStringList archivi = cartella.entryList({u"*.pxz"_s});
     ASSERT_EQ(archivi.size(), 1);
     const auto contenuto = modFileDocumento::LeggiArchivio(Leggi(cartella.filePath(archivi[0])));
     ASSERT_FALSE(contenuto.empty());
     EXPECT_TRUE(contenuto.front().Nome.startsWith(presi[0] + u'/'));
-    EXPECT_FALSE(Fax().InviaCompresso(Selezione({u"FAX-999999"_s})).isEmpty());
+    EXPECT_FALSE(Fax().Comprimi(Selezione({u"FAX-999999"_s})).Riuscita());
 }
 
 TEST_F(Cartelle, StressMovesWhileWorkersRunKeepEveryDocumentOnce)
@@ -384,15 +376,15 @@ TEST_F(Cartelle, StressMovesWhileWorkersRunKeepEveryDocumentOnce)
             if (caso() % 5 == 0)
                 presi << u"SCONOSCIUTO"_s; // refused whole
             const qint32 a = static_cast<qint32>(caso() % static_cast<unsigned>(def.NumeroCode + 1)); // sometimes invalid
-            c.SpostaDocumenti(Selezione(presi), a);
+            c.SpostaSelezione(Selezione(presi), a);
             ++comandi;
         }
         if (giro % 3 == 0)
             mServer->Lavoratori().Lavora();
         if (giro % 10 == 0)
-            mServer->ServizioRef(u"PxSrvFax"_s)->Sospendi();
+            mServer->ServizioRef(u"PxSrvFax"_s)->SospendiServizio();
         if (giro % 10 == 5)
-            mServer->ServizioRef(u"PxSrvFax"_s)->Avvia();
+            mServer->ServizioRef(u"PxSrvFax"_s)->AvviaServizio();
     }
     for (const modCartelle::Definizione& def : modCartelle::Cartelle()) {
         const RefCartellaDocumenti& c = *mServer->CartellaRef(QString::fromLatin1(def.Chiave));
@@ -445,7 +437,7 @@ TEST(RefIngresso, AJobDroppedIntoARunningServerIsTakenWithoutAsking)
     QTemporaryDir dir;
     ASSERT_EQ(modDemo::CreaServerDemo(dir.path(), 0), QString());
     RefServer server(dir.path()); // timers and file watchers on, as in use
-    QSignalSpy spostati(server.ServizioRef(u"PxSrvFax"_s), &PxSrvServizio::DocumentoSpostato);
+    QSignalSpy spostati(server.ServizioRef(u"PxSrvFax"_s), &RefServizio::DocumentoSpostato);
     const QString base = server.Ingresso(u"PxSrvFax"_s)->Cartella() + u"/fax-di-prova"_s;
     PxIntestazioneHpx h;
     h.ScriviIntero({}, u"Tipo"_s, 2);

@@ -1,6 +1,6 @@
 #include "PxIconResource.h"
 #include "PxRigaLog.h"
-#include "PxSrvCatalogo.h"
+#include "RefCatalogo.h"
 #include "RefBkgConsole.h"
 #include "RefServer.h"
 #include "RefServizio.h"
@@ -20,7 +20,7 @@
 
 namespace {
 
-pugi::xml_document Stato(const PxSrvServizio* s)
+pugi::xml_document Stato(const RefServizio* s)
 {
     pugi::xml_document d;
     EXPECT_TRUE(d.load_string(s->StatoXml().toUtf8().constData()));
@@ -58,9 +58,8 @@ TEST_F(Server, EveryServiceHasAStateWithTheElementsTheConsoleReads)
 {
     RefServer s(mDir.path());
     EXPECT_EQ(s.Stato(), 4);
-    EXPECT_EQ(s.Chiavi().size(), static_cast<qsizetype>(modCatalogo::Voci().size()));
     for (const modCatalogo::VoceServizio& v : modCatalogo::Voci()) {
-        const PxSrvServizio* servizio = s.Servizio(QString::fromLatin1(v.Chiave));
+        const RefServizio* servizio = s.ServizioRef(QString::fromLatin1(v.Chiave));
         ASSERT_NE(servizio, nullptr) << v.Chiave;
         const pugi::xml_document d = Stato(servizio);
         const pugi::xml_node r = d.document_element();
@@ -70,19 +69,19 @@ TEST_F(Server, EveryServiceHasAStateWithTheElementsTheConsoleReads)
             EXPECT_TRUE(r.select_node(p)) << v.Chiave << " lacks " << p;
         EXPECT_NO_THROW(PxIconResource::CodiceStato(r));
     }
-    EXPECT_EQ(s.Servizio(QStringLiteral("PxSrvNessuno")), nullptr);
+    EXPECT_EQ(s.ServizioRef(QStringLiteral("PxSrvNessuno")), nullptr);
     // The demo's formats and signatures are served by their catalogues.
-    ASSERT_NE(s.Catalogo(QStringLiteral("PxSrvFormati")), nullptr);
-    ASSERT_NE(s.Catalogo(QStringLiteral("PxSrvFirme")), nullptr);
-    EXPECT_EQ(s.Catalogo(QStringLiteral("PxSrvStampe")), nullptr);
-    EXPECT_TRUE(s.Catalogo(QStringLiteral("PxSrvFormati"))->Oggetto(QStringLiteral("F001")).contains(QStringLiteral("<Key>F001</Key>")));
-    EXPECT_FALSE(s.Catalogo(QStringLiteral("PxSrvFirme"))->Oggetto(QStringLiteral("MROSSI")).isEmpty());
+    ASSERT_NE(s.CatalogoRef(QStringLiteral("PxSrvFormati")), nullptr);
+    ASSERT_NE(s.CatalogoRef(QStringLiteral("PxSrvFirme")), nullptr);
+    EXPECT_EQ(s.CatalogoRef(QStringLiteral("PxSrvStampe")), nullptr);
+    EXPECT_TRUE(s.CatalogoRef(QStringLiteral("PxSrvFormati"))->Descrizione(QStringLiteral("F001")).contains(QStringLiteral("<Key>F001</Key>")));
+    EXPECT_FALSE(s.CatalogoRef(QStringLiteral("PxSrvFirme"))->Descrizione(QStringLiteral("MROSSI")).isEmpty());
 }
 
 TEST_F(Server, DemoPrintersCoverEveryModelAndTheirIconsCompute)
 {
     RefServer s(mDir.path());
-    const pugi::xml_document d = Stato(s.Servizio(QStringLiteral("PxSrvStampe")));
+    const pugi::xml_document d = Stato(s.ServizioRef(QStringLiteral("PxSrvStampe")));
     QSet<int> modelli;
     bool duePunti = false;
     const PxIconResource icone;
@@ -95,11 +94,11 @@ TEST_F(Server, DemoPrintersCoverEveryModelAndTheirIconsCompute)
         EXPECT_TRUE(modelli.contains(m)) << "no printer of model " << m;
     EXPECT_TRUE(duePunti);
     for (const char* k : {"PxSrvEmlPdfVm", "PxSrvPblPdfVm", "PxSrvEFaxPdfVm"}) {
-        const pugi::xml_document w = Stato(s.Servizio(QString::fromLatin1(k)));
+        const pugi::xml_document w = Stato(s.ServizioRef(QString::fromLatin1(k)));
         EXPECT_NO_THROW(icone.IconaSrvEmlPdfVmXml(w.document_element())) << k;
         EXPECT_STRNE(w.document_element().child_value("NomeStampanteWindows"), "");
     }
-    const pugi::xml_document a = Stato(s.Servizio(QStringLiteral("PxSrvAnteprime")));
+    const pugi::xml_document a = Stato(s.ServizioRef(QStringLiteral("PxSrvAnteprime")));
     for (const pugi::xml_node u : a.document_element().child("Utenti").children())
         EXPECT_NO_THROW(icone.IconaSrvUtenteXml(u));
 }
@@ -109,15 +108,15 @@ TEST_F(Server, StartAndSuspendChangeTheStateAndAreLogged)
     RefServer s(mDir.path());
     RefServizio* fax = s.ServizioRef(QStringLiteral("PxSrvFax"));
     ASSERT_EQ(fax->CodiceStato(), 4);
-    QSignalSpy cambio(fax, &PxSrvServizio::CambioStato);
-    QSignalSpy xml(fax, &PxSrvServizio::StatoXmlCambiato);
-    fax->Sospendi();
+    QSignalSpy cambio(fax, &RefServizio::CambioStato);
+    QSignalSpy xml(fax, &RefServizio::StatoXmlCambiato);
+    fax->SospendiServizio();
     EXPECT_EQ(cambio.size(), 1);
     EXPECT_EQ(xml.size(), 1);
     EXPECT_EQ(PxIconResource().IconaSrvFaxXml(Stato(fax).document_element()), -240);
-    fax->Sospendi(); // already suspended: no event
+    fax->SospendiServizio(); // already suspended: no event
     EXPECT_EQ(cambio.size(), 1);
-    fax->Avvia();
+    fax->AvviaServizio();
     EXPECT_EQ(cambio.size(), 2);
     EXPECT_EQ(PxIconResource().IconaSrvFaxXml(Stato(fax).document_element()), 240);
 
@@ -134,8 +133,8 @@ TEST_F(Server, ActivityAndErrorsRaiseTheirEvents)
 {
     RefServer s(mDir.path());
     RefServizio* tif = s.ServizioRef(QStringLiteral("PxSrvTifVm"));
-    QSignalSpy attivita(tif, &PxSrvServizio::CambioAttivita);
-    QSignalSpy errori(tif, &PxSrvServizio::NotificaErrore);
+    QSignalSpy attivita(tif, &RefServizio::CambioAttivita);
+    QSignalSpy errori(tif, &RefServizio::NotificaErrore);
     tif->ImpostaAttivita(QStringLiteral("Conversione di 3 documenti"));
     tif->ImpostaAttivita(QStringLiteral("Conversione di 3 documenti"));
     EXPECT_EQ(attivita.size(), 1);
@@ -156,7 +155,7 @@ TEST_F(Server, AMalformedConfigurationIsLoggedAndTheServiceStillRuns)
     f.write("<PxSrvSmtp><Stato><Codice>4</Codice>");
     f.close();
     RefServer s(mDir.path());
-    const PxSrvServizio* smtp = s.Servizio(QStringLiteral("PxSrvSmtp"));
+    const RefServizio* smtp = s.ServizioRef(QStringLiteral("PxSrvSmtp"));
     ASSERT_NE(smtp, nullptr);
     EXPECT_EQ(PxIconResource().IconaSrvSmtpXml(Stato(smtp).document_element()), 232);
     QFile log(QDir(RefServer::CartellaLog(mDir.path())).filePath(QStringLiteral("PxSrvServer.log")));
@@ -168,10 +167,10 @@ TEST_F(Server, BackgroundWorkerReportsAVanishedServerFolderOnce)
 {
     QTemporaryDir altra;
     RefBkgConsole bkg;
-    QSignalSpy inizio(&bkg, &PxSrvBkgConsole::Inizio);
-    QSignalSpy fine(&bkg, &PxSrvBkgConsole::Fine);
-    QSignalSpy errore(&bkg, &PxSrvBkgConsole::Errore);
-    bkg.Avvia(altra.path(), QStringLiteral("prova"), altra.path());
+    QSignalSpy inizio(&bkg, &RefBkgConsole::Inizio);
+    QSignalSpy fine(&bkg, &RefBkgConsole::Fine);
+    QSignalSpy errore(&bkg, &RefBkgConsole::Errore);
+    bkg.AvviaControllo(altra.path(), QStringLiteral("prova"), altra.path());
     bkg.Controlla();
     EXPECT_EQ(inizio.size(), 1);
     EXPECT_EQ(fine.size(), 1);

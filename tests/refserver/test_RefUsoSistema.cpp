@@ -37,12 +37,12 @@ TEST(RefUsoSistema, MemoryFromMeminfo)
 TEST(RefUsoSistema, SamplesArriveAtTheInterval)
 {
     RefUsoSistema s;
-    QSignalSpy spy(&s, &PxSrvUsoSistema::Aggiornamento);
-    s.Avvia(100);
+    QSignalSpy spy(&s, &RefUsoSistema::Aggiornamento);
+    s.AvviaCampionamento(100);
     ASSERT_TRUE(spy.wait(2000));
     const auto args = spy.takeFirst();
     EXPECT_GE(args[0].toInt(), 0);
     EXPECT_LE(args[0].toInt(), 100);
     EXPECT_GT(args[1].toInt(), 0) << "a real machine uses some memory";
-    s.Ferma();
+    s.FermaCampionamento();
 }

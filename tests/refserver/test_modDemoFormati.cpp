@@ -1,4 +1,3 @@
-#include "PxXmlCallBack.h"
 #include "RefCatalogo.h"
 #include "RefLog.h"
 #include "modDemoFormati.h"
@@ -101,18 +100,11 @@ protected:
     QString Cartella(const Catalogo& c) const { return mDir.filePath(c.Cartella); }
     QStringList File(const Catalogo& c) const { return QDir(Cartella(c)).entryList({u"*.xml"_s}, QDir::Files, QDir::Name); }
 
-    // The listing as delivered from the event loop, never inside the call.
+    // The catalogue's listing, as its rows.
     std::vector<std::array<QString, 3>> Elenco(RefCatalogo& catalogo)
     {
-        PxXmlCallBack risposta;
-        QSignalSpy spia(&risposta, &PxXmlCallBack::XmlCallBack);
-        catalogo.Elenca(&risposta);
-        EXPECT_EQ(spia.count(), 0);
-        QCoreApplication::processEvents();
         std::vector<std::array<QString, 3>> righe;
-        if (spia.count() != 1)
-            return righe;
-        const QByteArray xml = spia.at(0).at(0).toString().toUtf8();
+        const QByteArray xml = catalogo.TestoElenco();
         pugi::xml_document doc;
         EXPECT_TRUE(doc.load_buffer(xml.constData(), static_cast<size_t>(xml.size())));
         for (pugi::xml_node o : doc.child("Elenco").children("Oggetto")) {
@@ -158,7 +150,7 @@ TEST_F(modDemoFormati, OggettoHaOgniElementoDelSuoLayoutInOrdine)
     for (const Catalogo& c : Cataloghi) {
         RefCatalogo catalogo(c.Servizio, Cartella(c), mLog);
         for (const auto& riga : Elenco(catalogo)) {
-            const QByteArray xml = catalogo.Oggetto(riga[0]).toUtf8();
+            const QByteArray xml = catalogo.Descrizione(riga[0]).toUtf8();
             pugi::xml_document doc;
             ASSERT_TRUE(doc.load_buffer(xml.constData(), static_cast<size_t>(xml.size()))) << riga[0].toStdString();
             const pugi::xml_node radice = doc.document_element();
@@ -171,7 +163,7 @@ TEST_F(modDemoFormati, OggettoHaOgniElementoDelSuoLayoutInOrdine)
                 << riga[0].toStdString();
             EXPECT_EQ(QString::fromUtf8(radice.child("Proprieta").child_value("Key")), riga[0]);
         }
-        EXPECT_EQ(catalogo.Oggetto(u"NESSUNO"_s), QString());
+        EXPECT_EQ(catalogo.Descrizione(u"NESSUNO"_s), QString());
     }
 }
 
@@ -187,7 +179,7 @@ TEST_F(modDemoFormati, RetroAssociatoVuotoOppureUnRetro)
     for (const auto& riga : righe) {
         if (riga[1] != u"Fronte"_s)
             continue;
-        const QByteArray xml = catalogo.Oggetto(riga[0]).toUtf8();
+        const QByteArray xml = catalogo.Descrizione(riga[0]).toUtf8();
         pugi::xml_document doc;
         ASSERT_TRUE(doc.load_buffer(xml.constData(), static_cast<size_t>(xml.size())));
         const QString chiave = QString::fromUtf8(doc.document_element().child("Proprieta").child_value("KeyRetro"));

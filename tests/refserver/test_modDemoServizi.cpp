@@ -1,5 +1,6 @@
 #include "PxSrvServizio.h"
 #include "RefServer.h"
+#include "RefServizio.h"
 #include "modCatalogo.h"
 #include "modDemo.h"
 
@@ -175,7 +176,7 @@ protected:
     static pugi::xml_document StatoXml(const char* chiave)
     {
         pugi::xml_document d;
-        const PxSrvServizio* s = sServer ? sServer->Servizio(QString::fromLatin1(chiave)) : nullptr;
+        const RefServizio* s = sServer ? sServer->ServizioRef(QString::fromLatin1(chiave)) : nullptr;
         if (s) {
             EXPECT_TRUE(d.load_string(s->StatoXml().toUtf8().constData())) << chiave;
         }

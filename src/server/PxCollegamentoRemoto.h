@@ -1,0 +1,31 @@
+#pragma once
+
+#include "PxCollegamento.h"
+
+#include <QHash>
+#include <QRemoteObjectNode>
+#include <QUrl>
+
+class QRemoteObjectDynamicReplica;
+
+// A server in another process, reached through Qt Remote Objects: each published object is a
+// dynamic replica, usable once it has received its source's description. A replica that
+// loses its source interrupts the connection.
+class PxCollegamentoRemoto : public PxCollegamento
+{
+    Q_OBJECT
+
+public:
+    // `indirizzo`: "local:<name>" (same machine) or "tcp://host:port".
+    explicit PxCollegamentoRemoto(const QUrl& indirizzo, QObject* parent = nullptr);
+
+    void Acquisisci(const QString& nome, QObject* contesto, Pronta pronta) override;
+    // Over a local socket the server's files are this machine's files.
+    bool FileLocali() const override { return mIndirizzo.scheme() == u"local"; }
+
+private:
+    QUrl mIndirizzo;
+    QRemoteObjectNode mNodo;
+    QHash<QString, QRemoteObjectDynamicReplica*> mRepliche;
+    bool mInterrotto = false;
+};

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <span>
+
+// The contract between the console and a dispatch server, whatever carries it: the names
+// under which the server publishes its objects, the signals and slots each kind of object
+// has, and the outcome codes of an answer. docs/boundary.md says the same in prose.
+//
+// Every request is a slot whose first argument is a request number; the object answers it
+// later with Risposta(richiesta, esito, testo, dati). Only ids, plain values, XML text and
+// bytes cross: never a pointer, never an object to be owned by the other side.
+namespace modContratto {
+
+// The outcome of a request, carried by Risposta.
+enum Esito : qint32 {
+    Ok = 0,
+    Rifiutato = 1,      // bad input: unknown id, invalid queue, malformed selection
+    Fallito = 2,        // the server could not do it (disk, limits); nothing half-done
+    Sconosciuto = 3,    // no such object or method on the server
+    NonDisponibile = 4, // the connection is not there (yet, or any more)
+};
+
+// The root object ("PxSrvServer"), the background console worker and the load sampler.
+inline constexpr const char* NomeServer = "PxSrvServer";
+inline constexpr const char* NomeBkgConsole = "PxSrvBkgConsole";
+inline constexpr const char* NomeUsoSistema = "PxSrvUsoSistema";
+// A service or worker ("Servizio/PxSrvFax"), a document folder ("Cartella/PxSrvDocFax"), a
+// catalogue ("Catalogo/PxSrvFormati"). Folders and catalogues share their key with the
+// state object of the same name, hence the prefixes.
+QString NomeServizio(const QString& chiave);
+QString NomeCartella(const QString& chiave);
+QString NomeCatalogo(const QString& chiave);
+
+// The kinds of published object, and what each must carry.
+enum class Genere { Server, Servizio, Cartella, Catalogo, BkgConsole, UsoSistema };
+
+struct Firme
+{
+    std::span<const char* const> Segnali; // normalised signatures
+    std::span<const char* const> Slot;
+};
+Firme FirmeDi(Genere genere);
+
+// The answer signal every object has, and the largest output file sent as bytes.
+inline constexpr const char* SegnaleRisposta = "Risposta(quint64,qint32,QString,QByteArray)";
+inline constexpr qint64 MassimoFileInviato = 64 * 1024 * 1024;
+
+} // namespace modContratto
+
+// One answer: the outcome, a text (the reason when refused, or the result) and bytes.
+struct PxRisposta
+{
+    qint32 Esito = modContratto::Ok;
+    QString Testo;
+    QByteArray Dati;
+
+    bool Riuscita() const { return Esito == modContratto::Ok; }
+};

@@ -1,0 +1,135 @@
+#include "PxSrvServer.h"
+
+#include "PxCollegamento.h"
+#include "PxSrvBkgConsole.h"
+#include "PxSrvCartellaDocumenti.h"
+#include "PxSrvCatalogo.h"
+#include "PxSrvEventiServer.h"
+#include "PxSrvServizio.h"
+#include "PxSrvUsoSistema.h"
+
+#include <QVariant>
+
+#include <pugixml.hpp>
+
+
+PxSrvServer::PxSrvServer(PxCollegamento* collegamento, QObject* parent)
+    : PxSrvOggetto(QString::fromLatin1(modContratto::NomeServer), parent),
+      mCollegamento(collegamento),
+      mEventi(new PxSrvEventiServer(this)),
+      mBkgConsole(new PxSrvBkgConsole(this)),
+      mUsoSistema(new PxSrvUsoSistema(this))
+{
+    if (mCollegamento)
+        connect(mCollegamento, &PxCollegamento::Interrotto, this, &PxSrvServer::AlInterruzione);
+}
+
+PxSrvServer::~PxSrvServer() = default;
+
+bool PxSrvServer::FileLocali() const { return mCollegamento && mCollegamento->FileLocali(); }
+
+void PxSrvServer::Connetti()
+{
+    if (!mCollegamento) {
+        AlInterruzione(QStringLiteral("nessun collegamento al server"));
+        return;
+    }
+    mCollegamento->Acquisisci(Nome(), this, [this](QObject* sorgente) {
+        if (!sorgente) {
+            AlInterruzione(QStringLiteral("il server non pubblica %1").arg(Nome()));
+            return;
+        }
+        // Constant for the server's life: read once, from the local object or the replica.
+        mCartella = sorgente->property("Cartella").toString();
+        mIdentificativo = sorgente->property("Identificativo").toString();
+        mStato = sorgente->property("Stato").toInt();
+        Collega(sorgente);
+        Acquisisci(mBkgConsole, false);
+        Acquisisci(mUsoSistema, false);
+        emit Collegato();
+        Chiama("RichiediDescrizione", this, [this](const PxRisposta& r) { AlDescrizione(r); });
+    });
+}
+
+void PxSrvServer::AlCollegamento(QObject*)
+{
+    Inoltra("Caricamento(qint32,qint32,QString)", SIGNAL(Caricamento(qint32,qint32,QString)));
+    Inoltra("CambioStatoServer(qint32)", SLOT(AlCambioStatoServer(qint32)));
+    // The notices of clients, printers and FTP clients go on to the events object.
+    for (const char* firma : {"UtenteConnesso(QString)", "UtenteDisconnesso(QString)", "StampanteAggiunta(QString)",
+                              "StampanteRimossa(QString)", "FtpClienteConnesso(QString)", "FtpClienteDisconnesso(QString)"})
+        Inoltra(firma, mEventi, ('2' + QByteArray(firma)).constData());
+}
+
+void PxSrvServer::AlCambioStatoServer(qint32 codice)
+{
+    if (codice == mStato)
+        return;
+    mStato = codice;
+    emit StatoCambiato(codice);
+    emit mEventi->CambioStatoServer(codice);
+}
+
+void PxSrvServer::Acquisisci(PxSrvOggetto* parte, bool parteDescritta)
+{
+    if (parteDescritta)
+        ++mDaCollegare;
+    mCollegamento->Acquisisci(parte->Nome(), parte, [this, parte, parteDescritta](QObject* sorgente) {
+        parte->Collega(sorgente);
+        if (parteDescritta)
+            ParteCollegata();
+    });
+}
+
+void PxSrvServer::ParteCollegata()
+{
+    if (--mDaCollegare == 0 && !mCaricato) {
+        mCaricato = true;
+        emit Pronto();
+    }
+}
+
+void PxSrvServer::AlDescrizione(const PxRisposta& risposta)
+{
+    pugi::xml_document doc;
+    const pugi::xml_node radice = risposta.Riuscita() && doc.load_buffer(risposta.Dati.constData(),
+                                                                          static_cast<size_t>(risposta.Dati.size()))
+        ? doc.child("Server")
+        : pugi::xml_node();
+    if (!radice) {
+        AlInterruzione(risposta.Riuscita() ? QStringLiteral("descrizione del server non leggibile") : risposta.Testo);
+        return;
+    }
+    AlCambioStatoServer(radice.attribute("Stato").as_int(mStato));
+    ++mDaCollegare; // held until every part has been asked for
+    for (const pugi::xml_node n : radice.children()) {
+        const QString chiave = QString::fromUtf8(n.attribute("Chiave").value());
+        if (chiave.isEmpty())
+            continue;
+        const std::string_view genere = n.name();
+        if (genere == "Servizio" && !mServizi.contains(chiave)) {
+            auto* servizio = new PxSrvServizio(chiave, QString::fromUtf8(n.child_value()), this);
+            mServizi.insert(chiave, servizio);
+            mChiavi << chiave;
+            Acquisisci(servizio, true);
+        } else if (genere == "Cartella" && !mCartelle.contains(chiave)) {
+            auto* cartella = new PxSrvCartellaDocumenti(chiave, QString::fromUtf8(n.attribute("Servizio").value()),
+                                                        FileLocali(), this);
+            mCartelle.insert(chiave, cartella);
+            Acquisisci(cartella, true);
+        } else if (genere == "Catalogo" && !mCataloghi.contains(chiave)) {
+            auto* catalogo = new PxSrvCatalogo(chiave, this);
+            mCataloghi.insert(chiave, catalogo);
+            Acquisisci(catalogo, true);
+        }
+    }
+    ParteCollegata();
+}
+
+void PxSrvServer::AlInterruzione(const QString& motivo)
+{
+    Interrompi(motivo);
+    for (PxSrvOggetto* parte : findChildren<PxSrvOggetto*>(Qt::FindDirectChildrenOnly))
+        parte->Interrompi(motivo);
+    emit Interrotto(motivo);
+}

@@ -1,0 +1,34 @@
+#include "PxSrvServizio.h"
+
+PxSrvServizio::PxSrvServizio(const QString& chiave, const QString& statoXml, QObject* parent)
+    : PxSrvOggetto(modContratto::NomeServizio(chiave), parent), mChiave(chiave), mStatoXml(statoXml)
+{
+}
+
+void PxSrvServizio::AlCollegamento(QObject*)
+{
+    Inoltra("StatoXmlCambiato(QString)", SLOT(AlStatoXml(QString)));
+    Inoltra("CambioStato()", SIGNAL(CambioStato()));
+    Inoltra("CambioAttivita()", SIGNAL(CambioAttivita()));
+    Inoltra("NotificaErrore(qint32,QString)", SIGNAL(NotificaErrore(qint32,QString)));
+    Inoltra("Avanzamento(QString,qint32,qint32)", SIGNAL(Avanzamento(QString,qint32,qint32)));
+    Inoltra("DocumentoSpostato(qint32,QString,QString)", SIGNAL(DocumentoSpostato(qint32,QString,QString)));
+    // What changed between the description this copy came from and the binding above
+    // arrives with this answer; every later change follows it in order.
+    Chiama("RichiediStato", this, [this](const PxRisposta& r) {
+        if (r.Riuscita())
+            AlStatoXml(r.Testo);
+    });
+}
+
+void PxSrvServizio::AlStatoXml(const QString& xml)
+{
+    if (xml == mStatoXml)
+        return;
+    mStatoXml = xml;
+    emit StatoXmlCambiato();
+}
+
+void PxSrvServizio::Avvia(QObject* richiedente, Esito fatto) { Chiama("Avvia", richiedente, std::move(fatto)); }
+
+void PxSrvServizio::Sospendi(QObject* richiedente, Esito fatto) { Chiama("Sospendi", richiedente, std::move(fatto)); }
