@@ -14,6 +14,13 @@ PxCollegamentoRemoto::PxCollegamentoRemoto(const QUrl& indirizzo, QObject* paren
     }
 }
 
+PxCollegamentoRemoto::~PxCollegamentoRemoto()
+{
+    // The replicas go before the node they belong to.
+    mInterrotto = true;
+    qDeleteAll(mRepliche);
+}
+
 void PxCollegamentoRemoto::Acquisisci(const QString& nome, QObject* contesto, Pronta pronta)
 {
     if (!contesto || !pronta)

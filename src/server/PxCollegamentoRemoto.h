@@ -18,6 +18,7 @@ class PxCollegamentoRemoto : public PxCollegamento
 public:
     // `indirizzo`: "local:<name>" (same machine) or "tcp://host:port".
     explicit PxCollegamentoRemoto(const QUrl& indirizzo, QObject* parent = nullptr);
+    ~PxCollegamentoRemoto() override;
 
     void Acquisisci(const QString& nome, QObject* contesto, Pronta pronta) override;
     // Over a local socket the server's files are this machine's files.
