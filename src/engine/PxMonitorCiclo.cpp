@@ -18,6 +18,8 @@ void PxMonitorCiclo::Sonda()
     const qint64 pausa = std::max<qint64>(0, mUltima.restart() - Intervallo);
     mMassima = std::max(mMassima, pausa);
     mMassimaTotale = std::max(mMassimaTotale, pausa);
+    if (pausa >= Segnalazione)
+        mLog.Scrivi(modRigaLog::LivelloDettaglio, QStringLiteral("Ciclo eventi: pausa di %1 ms").arg(pausa));
     if (mPeriodo.elapsed() < Resoconto)
         return;
     mPeriodo.restart();

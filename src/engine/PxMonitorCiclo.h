@@ -8,8 +8,8 @@ class PxLogConsole;
 
 // Watches the interface thread's event loop: a short timer measures how late each of its
 // ticks comes, which is how long the loop was held by something else. Every ten seconds
-// the longest hold of that span goes to the console log at detail level; Chiudi writes the
-// longest of all. Switched on by "MonitorCicloEventi" in the ini's "Console" section.
+// the longest hold of that span goes to the console log at detail level, and so does each
+// hold of Segnalazione ms or more when it happens; Chiudi writes the longest of all. Switched on by "MonitorCicloEventi" in the ini's "Console" section.
 class PxMonitorCiclo : public QObject
 {
     Q_OBJECT
@@ -24,6 +24,7 @@ public:
 
     static constexpr int Intervallo = 10;    // ms between probes
     static constexpr int Resoconto = 10000;  // ms between log lines
+    static constexpr int Segnalazione = 20;  // ms: a hold worth its own line
 
 private:
     void Sonda();

@@ -7,6 +7,7 @@
 #include "PxSrvServizio.h"
 
 #include <QLabel>
+#include <QLocale>
 #include <QProgressBar>
 
 #include "modProcesso.h"
@@ -120,10 +121,12 @@ void frmApertura::CaricamentoServer(qint32 fatti, qint32 totale, const QString& 
     mBarra->setRange(0, std::max(0, totale));
     mBarra->setValue(std::clamp(fatti, 0, std::max(0, totale)));
     const PxConsoleResDll testi;
-    QString riga = testi.LoadDllString(8012);
-    if (totale > 0)
-        riga += QStringLiteral(" %1: %2 %3 %4").arg(testo).arg(fatti).arg(testi.LoadDllString(8013)).arg(totale);
-    mInformazione->setText(riga);
+    const QLocale italiano(QLocale::Italian, QLocale::Italy);
+    mInformazione->setText(totale > 0 && !testo.isEmpty()
+                               ? QStringLiteral("%1: %2 %3 %4")
+                                     .arg(testo, italiano.toString(std::min(fatti, totale)), testi.LoadDllString(8013),
+                                          italiano.toString(totale))
+                               : testi.LoadDllString(8012));
 }
 
 void frmApertura::ServerPronto()

@@ -135,7 +135,7 @@ void frmConsole::Fotografa()
 {
     const QString cartella = std::exchange(mCartellaFotografie, {});
     QDir().mkpath(cartella);
-    const auto salva = [&](QWidget* finestra, const char* nome) {
+    const auto salva = [cartella](QWidget* finestra, const char* nome) {
         const QString file = QDir(cartella).filePath(QString::fromLatin1(nome));
         const bool ok = finestra->grab().save(file);
         std::printf("%s %s\n", ok ? "saved" : "FAILED", qPrintable(file));
