@@ -110,7 +110,9 @@ void PxSrvConsole::ImpostaIntervallo(int millisecondi)
 
 QString PxSrvConsole::FileServer(const char* nome) const
 {
-    return mServer ? QDir(mServer->Cartella()).filePath(QString::fromLatin1(nome)) : QString();
+    // No folder (a server never reached): no file, rather than one in the working folder.
+    return mServer && !mServer->Cartella().isEmpty() ? QDir(mServer->Cartella()).filePath(QString::fromLatin1(nome))
+                                                     : QString();
 }
 
 void PxSrvConsole::Inizializza()
@@ -130,6 +132,7 @@ void PxSrvConsole::Inizializza()
     mLog.Apri();
     modTraccia::ImpostaLog(&mLog);
     mContesto.mServer = mServer;
+    connect(mServer, &PxSrvServer::Interrotto, this, &PxSrvConsole::SrvServer_Interrotto);
 
     mobjSrvBkgConsoleEventi = mServer->BkgConsole();
     if (mobjSrvBkgConsoleEventi) {
@@ -318,7 +321,7 @@ void PxSrvConsole::mobjTimer_TimerEvent()
         case 2:
             // The server loads on its own thread while the opening window shows it; the
             // main window is built once the server has described itself.
-            if (mServer && !mServer->Caricato())
+            if (mServer && !mServer->Caricato() && mServer->Interruzione().isEmpty())
                 break;
             mFase = 3;
             AvviaLavoro();
@@ -376,6 +379,12 @@ void PxSrvConsole::mobjSrvBkgConsoleEventi_Fine()
             mConsole->AggiornaBarraComandi();
         }
     });
+}
+
+void PxSrvConsole::SrvServer_Interrotto(const QString& motivo)
+{
+    mLog.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("SrvServer_Interrotto> %1").arg(motivo));
+    RichiediArresto();
 }
 
 void PxSrvConsole::mobjSrvBkgConsoleEventi_Errore(qint32 numero, const QString& sorgente, const QString& descrizione)

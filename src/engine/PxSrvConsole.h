@@ -93,6 +93,8 @@ public slots:
     void mobjSrvBkgConsoleEventi_Inizio();
     void mobjSrvBkgConsoleEventi_Fine();
     void mobjSrvBkgConsoleEventi_Errore(qint32 numero, const QString& sorgente, const QString& descrizione);
+    // The server cannot be reached (any more): logged, and the console closes.
+    void SrvServer_Interrotto(const QString& motivo);
 
 private:
     friend struct PxSrvConsoleSonda; // the tests' window into the phases

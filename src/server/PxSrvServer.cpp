@@ -128,8 +128,9 @@ void PxSrvServer::AlDescrizione(const PxRisposta& risposta)
 
 void PxSrvServer::AlInterruzione(const QString& motivo)
 {
-    Interrompi(motivo);
+    mInterruzione = motivo.isEmpty() ? QStringLiteral("collegamento interrotto") : motivo;
+    Interrompi(mInterruzione);
     for (PxSrvOggetto* parte : findChildren<PxSrvOggetto*>(Qt::FindDirectChildrenOnly))
         parte->Interrompi(motivo);
-    emit Interrotto(motivo);
+    emit Interrotto(mInterruzione);
 }

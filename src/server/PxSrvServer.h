@@ -56,6 +56,8 @@ public:
     PxSrvBkgConsole* BkgConsole() const { return mBkgConsole; }
     PxSrvUsoSistema* UsoSistema() const { return mUsoSistema; }
     bool FileLocali() const;
+    // Why the connection failed or was lost; "" while it holds.
+    QString Interruzione() const { return mInterruzione; }
 
 signals:
     void Collegato();
@@ -84,6 +86,7 @@ private:
     QString mIdentificativo;
     qint32 mStato = 0;
     bool mCaricato = false;
+    QString mInterruzione;
     int mDaCollegare = 0;
     QStringList mChiavi;
     QHash<QString, PxSrvServizio*> mServizi;

@@ -401,6 +401,22 @@ TEST_F(Engine, TheMainWindowWaitsForTheServerToLoad)
     EXPECT_EQ(e.Stato().Codice, PxConsoleStato::Avviato);
 }
 
+TEST_F(Engine, AServerLostWhileLoadingClosesTheConsoleWithItsReason)
+{
+    mServer = std::make_unique<FakeServer>(mDir.filePath(QStringLiteral("server")), false);
+    Collega();
+    e.Inizializza();
+    e.Avvia();
+    for (int i = 0; i < 3; ++i)
+        e.mobjTimer_TimerEvent();
+    ASSERT_EQ(Sonda::Fase(e), 2) << "waiting for the server";
+    mServer->Interrompi(QStringLiteral("il server non risponde"));
+    for (int i = 0; i < 4 && e.Stato().Codice != PxConsoleStato::Arrestato; ++i)
+        e.mobjTimer_TimerEvent();
+    EXPECT_EQ(e.Stato().Codice, PxConsoleStato::Arrestato) << "no waiting for ever on a server that is gone";
+    EXPECT_TRUE(TestiLog().contains(QStringLiteral("0 SrvServer_Interrotto> il server non risponde")));
+}
+
 TEST_F(Engine, AStopAskedFromOutsideWaitsForTheStartThenGoesAsArresta)
 {
     EXPECT_FALSE(e.RichiediArresto()) << "nothing to stop";

@@ -85,6 +85,8 @@ public:
     // Ends the loading: the description goes to whoever asked.
     void Carica();
     void EmettiCaricamento(qint32 fatti, qint32 totale, const QString& testo) { emit Caricamento(fatti, totale, testo); }
+    // The transport loses the server.
+    void Interrompi(const QString& motivo) { emit mCollegamento->Interrotto(motivo); }
 
     // The console's side, connected; with the server loaded, it has its parts once
     // the event loop has turned (Client() waits for that).
