@@ -320,8 +320,9 @@ void PxSrvConsole::mobjTimer_TimerEvent()
             break;
         case 2:
             // The server loads on its own thread while the opening window shows it; the
-            // main window is built once the server has described itself.
-            if (mServer && !mServer->Caricato() && mServer->Interruzione().isEmpty())
+            // main window is built once the server has described itself, or at once when a
+            // stop is waiting (the operator need not wait for a long load to end).
+            if (mServer && !mServer->Caricato() && mServer->Interruzione().isEmpty() && !mArrestoRichiesto)
                 break;
             mFase = 3;
             AvviaLavoro();

@@ -227,7 +227,7 @@ qint64 RefCartellaDocumenti::Prepara()
     return static_cast<qint64>(mCandidati.size());
 }
 
-int RefCartellaDocumenti::Carica(const std::function<void(qint64 letti)>& avanzamento)
+int RefCartellaDocumenti::Carica(const std::function<void(qint64 letti)>& avanzamento, const std::atomic<bool>* interrompi)
 {
     struct Letto
     {
@@ -247,6 +247,8 @@ int RefCartellaDocumenti::Carica(const std::function<void(qint64 letti)>& avanza
     std::atomic<size_t> prossimo{0};
     const auto leggi = [&](bool riferisci) {
         for (size_t i = prossimo++; i < letti.size(); i = prossimo++) {
+            if (interrompi && interrompi->load(std::memory_order_relaxed))
+                return;
             if (riferisci && avanzamento && (i & 255) == 0)
                 avanzamento(static_cast<qint64>(i));
             Letto& l = letti[i];
@@ -269,6 +271,8 @@ int RefCartellaDocumenti::Carica(const std::function<void(qint64 letti)>& avanza
     leggi(true); // this thread, the server's, reports the progress
     for (std::thread& t : fili)
         t.join();
+    if (interrompi && interrompi->load())
+        return 0;
 
     const auto chiave = [](const Letto& l) { return l.Dati.Elaborato.isValid() ? l.Dati.Elaborato : l.Dati.Inserito; };
     std::stable_sort(letti.begin(), letti.end(), [&](const Letto& a, const Letto& b) { return chiave(a) < chiave(b); });

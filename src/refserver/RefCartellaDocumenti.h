@@ -8,6 +8,7 @@
 #include <QMap>
 #include <QObject>
 
+#include <atomic>
 #include <functional>
 #include <map>
 #include <vector>
@@ -40,9 +41,10 @@ public:
     // Loading, in two steps: Prepara() sets aside interrupted creations and lists the
     // document folders (returns how many); Carica() reads them, calling `avanzamento` now and
     // then with how many it has read, and returns the number loaded. Corrupt ones are skipped
-    // with a line in the server log.
+    // with a line in the server log. When `interrompi` becomes true the reading stops early
+    // (the server is closing) and nothing is loaded.
     qint64 Prepara();
-    int Carica(const std::function<void(qint64 letti)>& avanzamento = {});
+    int Carica(const std::function<void(qint64 letti)>& avanzamento = {}, const std::atomic<bool>* interrompi = nullptr);
 
     // A file of a new document: its final name inside the document folder, and either the
     // bytes to write or a file to move in (a rename on the same file system).

@@ -38,6 +38,8 @@ RefOspite::RefOspite(const QString& cartella, RefServer::Opzioni opzioni, QObjec
 
 RefOspite::~RefOspite()
 {
+    if (mServer)
+        mServer->InterrompiCaricamento(); // a load under way ends early
     mFilo->quit();
     mFilo->wait();
     delete mFilo;

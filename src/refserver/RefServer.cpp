@@ -131,9 +131,14 @@ void RefServer::Carica()
                 return;
             ultimo.restart();
             emit Caricamento(static_cast<qint32>(std::min<qint64>(fatti + letti, totale)), totale, nome);
-        });
+        }, &mInterrompi);
         fatti += c->Totale();
         Pubblica(modContratto::NomeCartella(c->Chiave()), c);
+    }
+    if (mInterrompi) {
+        // Closing before the end of the load: no worker starts on a half-read server.
+        mLog.Scrivi(modRigaLog::LivelloAvviso, QStringLiteral("Caricamento interrotto dopo %1 ms").arg(tempo.elapsed()));
+        return;
     }
     mLog.Scrivi(modRigaLog::LivelloInformazione,
                 QStringLiteral("%1 documenti caricati in %2 ms").arg(documenti).arg(tempo.elapsed()));

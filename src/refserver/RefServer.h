@@ -8,6 +8,8 @@
 #include <QObject>
 #include <QStringList>
 
+#include <atomic>
+
 class RefBkgConsole;
 class RefCartellaDocumenti;
 class RefCatalogo;
@@ -63,6 +65,8 @@ public:
     // The published object of name `nome` (see modContratto), nullptr if none. Safe from any
     // thread; the objects live as long as the server.
     QObject* Oggetto(const QString& nome) const;
+    // Asks a loading under way to stop early, because the server is closing; from any thread.
+    void InterrompiCaricamento() { mInterrompi = true; }
     // Every published name, in publication order.
     QStringList Nomi() const;
 
@@ -124,6 +128,7 @@ private:
     RefBkgConsole* mBkgConsole;
     RefUsoSistema* mUsoSistema;
 
+    std::atomic<bool> mInterrompi{false};
     mutable QMutex mMutexNomi;
     QHash<QString, QObject*> mPubblicati;
     QStringList mNomi;

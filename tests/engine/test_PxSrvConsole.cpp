@@ -417,6 +417,22 @@ TEST_F(Engine, AServerLostWhileLoadingClosesTheConsoleWithItsReason)
     EXPECT_TRUE(TestiLog().contains(QStringLiteral("0 SrvServer_Interrotto> il server non risponde")));
 }
 
+TEST_F(Engine, AStopAskedWhileTheServerLoadsDoesNotWaitForTheLoad)
+{
+    mServer = std::make_unique<FakeServer>(mDir.filePath(QStringLiteral("server")), false);
+    Collega();
+    e.Inizializza();
+    e.Avvia();
+    for (int i = 0; i < 3; ++i)
+        e.mobjTimer_TimerEvent();
+    ASSERT_EQ(Sonda::Fase(e), 2);
+    EXPECT_TRUE(e.RichiediArresto());
+    for (int i = 0; i < 4 && e.Stato().Codice != PxConsoleStato::Arrestato; ++i)
+        e.mobjTimer_TimerEvent();
+    EXPECT_EQ(e.Stato().Codice, PxConsoleStato::Arrestato);
+    EXPECT_FALSE(mServer->Client().Caricato()) << "the server never finished loading";
+}
+
 TEST_F(Engine, AStopAskedFromOutsideWaitsForTheStartThenGoesAsArresta)
 {
     EXPECT_FALSE(e.RichiediArresto()) << "nothing to stop";
