@@ -5,6 +5,7 @@
 #include "RefCartellaDocumenti.h"
 #include "RefLog.h"
 #include "RefServizio.h"
+#include "modDisco.h"
 #include "modFileDocumento.h"
 
 #include <QDateTime>
@@ -59,8 +60,10 @@ int RefIngresso::Scansiona()
 {
     int presi = 0;
     const QDir cartella(mCartella);
-    // Oldest first, so that jobs keep the order they arrived in.
-    for (const QFileInfo& f : cartella.entryInfoList({u"*.hpx"_s}, QDir::Files, QDir::Time | QDir::Reversed))
+    // Oldest first, so that jobs keep the order they arrived in. System entries too (pipes,
+    // devices, dangling links): they are set aside, not left waiting unseen.
+    for (const QFileInfo& f : cartella.entryInfoList({u"*.hpx"_s}, QDir::Files | QDir::System | QDir::Hidden,
+                                                     QDir::Time | QDir::Reversed))
         if (Prendi(f.absolutePath() + u'/' + f.completeBaseName()))
             ++presi;
     return presi;
@@ -68,13 +71,24 @@ int RefIngresso::Scansiona()
 
 bool RefIngresso::Prendi(const QString& base)
 {
+    // Only regular files are read or taken: a link is never followed, and a pipe or a
+    // device could be read for ever.
+    for (const char* estensione : {".hpx", ".bpx", ".spx"}) {
+        const QString f = base + QString::fromLatin1(estensione);
+        if (modDisco::Occupato(f) && !modDisco::FileRegolare(f)) {
+            Respingi(base, QStringLiteral("%1 non è un file regolare").arg(QFileInfo(f).fileName()));
+            return false;
+        }
+    }
     QFile file(base + u".hpx"_s);
     if (!file.open(QIODevice::ReadOnly))
         return false; // gone meanwhile, or not readable yet: next look
+    // One byte past the limit is enough to know the header is too long.
+    const QByteArray testo = file.read(PxIntestazioneHpx::MassimoTesto + 1);
     PxIntestazioneHpx intestazione;
     QString errore;
     DatiDocumento d;
-    if (!intestazione.Analizza(file.readAll(), &errore)) {
+    if (!intestazione.Analizza(testo, &errore)) {
         Respingi(base, u"intestazione non valida: "_s + errore);
         return false;
     }
@@ -115,14 +129,19 @@ void RefIngresso::Respingi(const QString& base, const QString& motivo)
 {
     QDir().mkpath(mRespinti);
     const QString nome = QFileInfo(base).fileName();
-    // A name already set aside gets the time appended: nothing is overwritten.
+    // A name already set aside gets a number appended: nothing is overwritten, and a link
+    // moves as a link.
+    const auto libero = [](const QString& d) {
+        return !modDisco::Occupato(d + u".hpx"_s) && !modDisco::Occupato(d + u".bpx"_s) && !modDisco::Occupato(d + u".spx"_s);
+    };
     QString destinazione = mRespinti + u'/' + nome;
-    if (QFileInfo::exists(destinazione + u".hpx"_s))
-        destinazione += u'-' + QDateTime::currentDateTime().toString(u"yyyyMMddHHmmsszzz"_s);
+    for (int n = 2; !libero(destinazione); ++n)
+        destinazione = mRespinti + u'/' + nome + u'-' + QString::number(n);
     for (const char* estensione : {".spx", ".bpx", ".hpx"}) {
         const QString da = base + QString::fromLatin1(estensione);
-        if (QFileInfo::exists(da) && !QFile::rename(da, destinazione + QString::fromLatin1(estensione)))
-            mLogServer.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("Impossibile mettere da parte %1").arg(da));
+        QString errore;
+        if (modDisco::Occupato(da) && !modDisco::Rinomina(da, destinazione + QString::fromLatin1(estensione), &errore))
+            mLogServer.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("Impossibile mettere da parte %1: %2").arg(da, errore));
     }
     const QString riga = QStringLiteral("Lavoro %1 respinto, %2; messo da parte in %3").arg(nome, motivo, mRespinti);
     mServizio.Log().Scrivi(modRigaLog::LivelloErrore, riga);

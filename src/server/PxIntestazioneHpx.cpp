@@ -118,6 +118,8 @@ bool PxIntestazioneHpx::Analizza(const QByteArray& testo, QString* errore)
         return false;
     };
     mValori.clear();
+    if (testo.size() > MassimoTesto)
+        return fallisci(QStringLiteral("intestazione di %1 byte, oltre il massimo di %2").arg(testo.size()).arg(MassimoTesto));
     pugi::xml_document doc;
     const pugi::xml_parse_result esito = doc.load_buffer(testo.constData(), static_cast<size_t>(testo.size()));
     if (!esito)
@@ -136,6 +138,8 @@ bool PxIntestazioneHpx::Analizza(const QByteArray& testo, QString* errore)
         if (nome.isEmpty() || !TipoDaNome(n.attribute("Tipo").as_string("Testo"), t))
             return false;
         const QString valore = QString::fromUtf8(n.child_value());
+        if (valore.size() > MassimoValore)
+            return false;
         QVariant dato;
         bool ok = true;
         switch (t) {

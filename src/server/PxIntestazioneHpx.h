@@ -32,6 +32,10 @@ public:
     };
 
     static constexpr const char* Versione = "2.0.0";
+    // What a reader accepts: a header of at most 1 MiB (a real one is a few kilobytes), each
+    // value at most 8192 characters (every value may end up in a listing and a description).
+    static constexpr qsizetype MassimoTesto = 1024 * 1024;
+    static constexpr qsizetype MassimoValore = 8192;
 
     void ScriviTesto(const QString& sezione, const QString& nome, const QString& valore);
     void ScriviIntero(const QString& sezione, const QString& nome, qint64 valore);
@@ -48,7 +52,8 @@ public:
 
     // The document text, UTF-8.
     QByteArray Serializza() const;
-    // Reads a header; on failure returns false and puts the reason (with the offset) in `errore`.
+    // Reads a header; on failure returns false and puts the reason (with the offset) in
+    // `errore`. A text over MassimoTesto, or a value over MassimoValore, is refused.
     bool Analizza(const QByteArray& testo, QString* errore = nullptr);
 
 private:
