@@ -3,6 +3,7 @@
 #include "PxRigaLog.h"
 #include "RefLog.h"
 #include "RefServizio.h"
+#include "modDisco.h"
 #include "modProprieta.h"
 #include "modFileDocumento.h"
 
@@ -15,6 +16,7 @@
 #include <pugixml.hpp>
 
 #include <algorithm>
+#include <limits>
 #include <atomic>
 #include <thread>
 #include <sstream>
@@ -123,11 +125,33 @@ QString RefCartellaDocumenti::CartellaDi(const DatiDocumento& d) const
 
 QString RefCartellaDocumenti::NuovoId()
 {
+    // Past every id seen on disk at start; and never one that some folder holds now.
+    const auto suDisco = [this](const QString& id) {
+        for (qint32 coda = 0; coda < mDef.NumeroCode; ++coda)
+            if (modDisco::Occupato(CartellaCoda(coda) + u'/' + id) || modDisco::Occupato(CartellaCoda(coda) + u"/."_s + id + u".nuovo"_s))
+                return true;
+        return false;
+    };
     QString id;
     do {
         id = QStringLiteral("%1-%2").arg(QString::fromLatin1(mDef.Prefisso)).arg(mProssimoId++, 6, 10, QChar(u'0'));
-    } while (mIndice.contains(id));
+    } while (mIndice.contains(id) || suDisco(id));
     return id;
+}
+
+void RefCartellaDocumenti::OsservaId(QStringView nome)
+{
+    // "<prefix>-<digits>" at the start of a name: a document folder, or a creation set aside.
+    const QString prefisso = QString::fromLatin1(mDef.Prefisso) + u'-';
+    if (!nome.startsWith(prefisso))
+        return;
+    qsizetype fine = prefisso.size();
+    while (fine < nome.size() && nome[fine].isDigit())
+        ++fine;
+    bool ok = false;
+    const quint64 numero = nome.mid(prefisso.size(), fine - prefisso.size()).toULongLong(&ok);
+    if (ok && numero < std::numeric_limits<quint64>::max())
+        mProssimoId = std::max<quint64>(mProssimoId, numero + 1);
 }
 
 const DatiDocumento* RefCartellaDocumenti::Trova(const QString& id) const
@@ -221,9 +245,15 @@ qint64 RefCartellaDocumenti::Prepara()
         const QDir cartella(CartellaCoda(coda));
         QDir().mkpath(cartella.path());
         Recupera(cartella.path());
-        for (const QString& nome : cartella.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name))
+        for (const QString& nome : cartella.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name)) {
+            OsservaId(nome); // unreadable ones too: their ids are taken
             mCandidati.push_back({coda, nome});
+        }
     }
+    // Creations and jobs set aside keep their ids in their names.
+    const QDir respinti(QDir(mCartellaServer).filePath(u"LavoriRespinti/"_s + ChiaveServizio()));
+    for (const QString& nome : respinti.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot))
+        OsservaId(nome);
     return static_cast<qint64>(mCandidati.size());
 }
 

@@ -121,6 +121,8 @@ private:
     };
 
     QString CartellaCoda(qint32 coda) const;
+    // Moves the next new id past the one `nome` carries, if it carries one of this folder's.
+    void OsservaId(QStringView nome);
     bool ScriviDescrizione(const DatiDocumento& d, QString* errore = nullptr) const;
     void Inserisci(DatiDocumento d);
     void AggiornaContatori();

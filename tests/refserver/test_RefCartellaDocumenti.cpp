@@ -340,6 +340,34 @@ TEST_F(Cartelle, ARestartFindsEveryDocumentWhereItWasAndSkipsCorruptOnes)
     EXPECT_EQ(Fax().Trova(nuovo), nullptr) << "new ids never reuse a loaded one";
 }
 
+TEST_F(Cartelle, IdsOfUnreadableDocumentsAndOfCreationsSetAsideAreNeverHandedOutAgain)
+{
+    // The highest id of the folder, made unreadable: its folder still holds that id.
+    QStringList tutti;
+    for (qint32 coda = 0; coda < Fax().Definizione().NumeroCode; ++coda)
+        tutti << Fax().Coda(coda);
+    tutti.sort();
+    const QString ultimo = tutti.last();
+    { QFile f(Fax().CartellaDocumentoDi(ultimo) + u'/' + ultimo + u".xml"_s); ASSERT_TRUE(f.open(QIODevice::WriteOnly)); f.write("<Documento"); }
+    Apri();
+    ASSERT_EQ(Fax().Trova(ultimo), nullptr);
+    const QString dopoIlSaltato = Fax().NuovoId();
+    EXPECT_GT(dopoIlSaltato, ultimo) << qPrintable(dopoIlSaltato);
+
+    // A creation a crash interrupted is set aside under its id; that id stays taken too.
+    const qint32 numero = dopoIlSaltato.mid(4).toInt() + 50;
+    const QString interrotto = QStringLiteral("FAX-%1").arg(numero, 6, 10, QChar(u'0'));
+    QDir().mkpath(Fax().Radice() + u"/Coda_0/."_s + interrotto + u".nuovo"_s);
+    Apri();
+    EXPECT_GT(Fax().NuovoId(), interrotto);
+
+    // A folder that appears on disk while the server runs is not handed out either.
+    const QString prossimo = QStringLiteral("FAX-%1").arg(numero + 1, 6, 10, QChar(u'0'));
+    Apri();
+    QDir().mkpath(Fax().Radice() + u"/Coda_5/"_s + prossimo);
+    EXPECT_NE(Fax().NuovoId(), prossimo);
+}
+
 TEST_F(Cartelle, PreviewsAndCompressedSendCreateDocumentsElsewhere)
 {
     RefCartellaDocumenti& anteprime = *mServer->Cartella(GenereCartella::Anteprima);
