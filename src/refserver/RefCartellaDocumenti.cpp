@@ -160,7 +160,7 @@ const DatiDocumento* RefCartellaDocumenti::Trova(const QString& id) const
     return it == mIndice.cend() ? nullptr : &it->Dati;
 }
 
-QStringList RefCartellaDocumenti::Coda(qint32 coda, int massimo) const
+QStringList RefCartellaDocumenti::Coda(qint32 coda, int massimo, const std::function<bool(const QString&)>& salta) const
 {
     QStringList id;
     if (coda < 0 || coda >= mDef.NumeroCode)
@@ -168,9 +168,25 @@ QStringList RefCartellaDocumenti::Coda(qint32 coda, int massimo) const
     for (const auto& [ordine, documento] : mCode[static_cast<size_t>(coda)]) {
         if (massimo >= 0 && id.size() >= massimo)
             break;
-        id << documento;
+        if (!salta || !salta(documento))
+            id << documento;
     }
     return id;
+}
+
+QString RefCartellaDocumenti::ImpostaStato(const QString& id, const QString& stato)
+{
+    const auto it = mIndice.find(id);
+    if (it == mIndice.end())
+        return QStringLiteral("documento %1 sconosciuto").arg(id);
+    it->Dati.Stato = stato;
+    Rinnova(*it);
+    QString errore;
+    if (!ScriviDescrizione(it->Dati, &errore))
+        mLogServer.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("%1: descrizione di %2 non aggiornata: %3").arg(Chiave(), id, errore));
+    Registra(it->Dati, stato);
+    mServizio->AnnunciaSpostamento(it->Dati.Coda, id, Nodo(id));
+    return errore;
 }
 
 qsizetype RefCartellaDocumenti::Conteggio(qint32 coda) const

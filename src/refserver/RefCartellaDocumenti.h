@@ -65,8 +65,12 @@ public:
     QString ScriviUscita(const QString& id, modCartelle::Uscita tipo);
 
     const DatiDocumento* Trova(const QString& id) const;
-    // The ids in queue `coda`, in the server's order (arrival in the queue).
-    QStringList Coda(qint32 coda, int massimo = -1) const;
+    // The ids in queue `coda`, in the server's order (arrival in the queue), leaving out
+    // those `salta` says (a worker's stuck documents).
+    QStringList Coda(qint32 coda, int massimo = -1, const std::function<bool(const QString&)>& salta = {}) const;
+    // Records `stato` as the state text of `id` (its description and listing node) and
+    // raises DocumentoSpostato for its row, in the queue it stays in.
+    QString ImpostaStato(const QString& id, const QString& stato);
     qsizetype Conteggio(qint32 coda) const;
     qsizetype Totale() const { return mIndice.size(); }
     QString CartellaDi(const DatiDocumento& d) const;

@@ -41,8 +41,34 @@ void RefLavoratori::ImpostaIntervallo(int millisecondi)
         mTimer.stop();
 }
 
+bool RefLavoratori::RegistraBlocco(const QString& chiave, const QString& errore)
+{
+    const auto it = mBloccati.find(chiave);
+    if (it == mBloccati.end()) {
+        mBloccati.insert(chiave, Blocco{mTick + 1, 2, errore});
+        return true;
+    }
+    it->ProssimoTentativo = mTick + it->Attesa;
+    it->Attesa = std::min(it->Attesa * 2, AttesaMassima);
+    if (it->Errore == errore)
+        return false;
+    it->Errore = errore;
+    return true;
+}
+
 int RefLavoratori::Lavora()
 {
+    ++mTick;
+    if (mTick % 64 == 0) {
+        // A stuck document the operator moved or removed meanwhile is forgotten.
+        for (auto it = mBloccati.begin(); it != mBloccati.end();) {
+            const qsizetype barra = it.key().indexOf(u'/');
+            const auto cartella = std::find_if(mCartelle.cbegin(), mCartelle.cend(), [&](const RefCartellaDocumenti* c) {
+                return c->Chiave() == QStringView(it.key()).left(barra);
+            });
+            it = cartella == mCartelle.cend() || !(*cartella)->Trova(it.key().mid(barra + 1)) ? mBloccati.erase(it) : std::next(it);
+        }
+    }
     int spostati = 0;
     QHash<RefServizio*, QPair<QString, int>> attivita; // per worker: what it did this tick
     for (RefCartellaDocumenti* cartella : std::as_const(mCartelle)) {
@@ -55,7 +81,11 @@ int RefLavoratori::Lavora()
             RefServizio* lavoratore = mServizio(QString::fromLatin1(passo->Lavoratore));
             if (!lavoratore || lavoratore->CodiceStato() != modCatalogo::StatoInFunzione)
                 continue;
-            const QStringList presi = cartella->Coda(passo->Da, mPerPasso);
+            const QString chiaveCartella = cartella->Chiave() + u'/';
+            const QStringList presi = cartella->Coda(passo->Da, mPerPasso, [&](const QString& id) {
+                const auto b = mBloccati.constFind(chiaveCartella + id);
+                return b != mBloccati.cend() && b->ProssimoTentativo > mTick;
+            });
             if (presi.isEmpty())
                 continue;
             const qint32 totale = static_cast<qint32>(cartella->Conteggio(passo->Da));
@@ -79,9 +109,13 @@ int RefLavoratori::Lavora()
                         errore = cartella->Sposta(id, passo->A, modProprieta::DescrizioneCoda(def.Genere, passo->A));
                 }
                 if (!errore.isEmpty()) {
-                    lavoratore->ImpostaErrore(30, errore);
+                    if (RegistraBlocco(chiaveCartella + id, errore)) {
+                        lavoratore->ImpostaErrore(30, errore);
+                        cartella->ImpostaStato(id, u"Bloccato: "_s + errore);
+                    }
                     continue;
                 }
+                mBloccati.remove(chiaveCartella + id);
                 ++fatti;
                 ++spostati;
             }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QObject>
 #include <QTimer>
 
@@ -13,6 +14,10 @@ class RefServizio;
 // documents from its queue and moves them on, when both the folder's service and the stage's
 // worker are running. A configurable share of the documents is rejected with an error text;
 // a document rejected for the second time is discarded.
+//
+// A document that cannot be moved (the disk refuses) never stops its stage: it is left out,
+// retried after 1, 2, 4 ... up to 256 ticks, its state shows "Bloccato: <reason>", and the
+// worker reports it once per change of reason, not once per tick.
 class RefLavoratori : public QObject
 {
     Q_OBJECT
@@ -30,6 +35,9 @@ public:
     // Documents each stage takes per tick.
     void ImpostaPerPasso(int documenti) { mPerPasso = std::max(1, documenti); }
     void ImpostaSeme(quint32 seme) { mCaso.seed(seme); }
+    // How many documents are waiting to be retried.
+    qsizetype Bloccati() const { return mBloccati.size(); }
+    static constexpr quint64 AttesaMassima = 256; // ticks
 
 public slots:
     // One tick of every stage; returns the number of documents moved.
@@ -42,5 +50,16 @@ private:
     int mIntervallo = 0;
     int mRespinti = 5;
     int mPerPasso = 3;
+    struct Blocco
+    {
+        quint64 ProssimoTentativo = 0; // tick
+        quint64 Attesa = 1;            // ticks, doubled at each failure
+        QString Errore;
+    };
+    // Returns true when the failure is new or its reason changed (worth a report).
+    bool RegistraBlocco(const QString& chiave, const QString& errore);
+
     std::mt19937 mCaso{20261122u};
+    quint64 mTick = 0;
+    QHash<QString, Blocco> mBloccati; // "<folder>/<id>"
 };

@@ -245,6 +245,44 @@ TEST_F(Cartelle, ASuspendedServiceStopsItsFolderAndASuspendedWorkerItsStage)
         EXPECT_EQ(Fax().Trova(id)->Coda, 2) << "transmission is suspended";
 }
 
+TEST_F(Cartelle, DocumentsThatCannotMoveNeverStopTheirStageAndAreReportedOnce)
+{
+    // Conversion to TIFF takes queue 1 to 2; the first three of queue 1 cannot get there (a
+    // file already has their name in queue 2, so the rename is refused, even to root).
+    RefServizio* tif = mServer->ServizioRef(u"PxSrvTifVm"_s);
+    mServer->Lavoratori().ImpostaPerPasso(3);
+    ASSERT_TRUE(Fax().SpostaSelezione(Selezione(Fax().Coda(8, 6)), 1).Riuscita());
+    const QStringList coda = Fax().Coda(1);
+    ASSERT_GE(coda.size(), 8);
+    const QStringList bloccati = coda.mid(0, 3);
+    for (const QString& id : bloccati) {
+        QFile ostacolo(Fax().Radice() + u"/Coda_2/"_s + id);
+        ASSERT_TRUE(ostacolo.open(QIODevice::WriteOnly));
+    }
+    QSignalSpy errori(tif, &RefServizio::NotificaErrore);
+    for (int tick = 0; tick < 6; ++tick)
+        mServer->Lavoratori().Lavora();
+    for (const QString& id : coda.mid(3))
+        EXPECT_NE(Fax().Trova(id)->Coda, 1) << qPrintable(id) << " waited behind the stuck ones";
+    for (const QString& id : bloccati) {
+        EXPECT_EQ(Fax().Trova(id)->Coda, 1);
+        EXPECT_TRUE(Fax().Trova(id)->Stato.startsWith(u"Bloccato: "_s)) << qPrintable(Fax().Trova(id)->Stato);
+    }
+    EXPECT_EQ(errori.size(), 3) << "one report per stuck document, not one per tick";
+    EXPECT_EQ(mServer->Lavoratori().Bloccati(), 3);
+    ControllaCoerenza(Fax());
+
+    // The obstacle goes: each is retried within its growing interval and moves on.
+    for (const QString& id : bloccati)
+        ASSERT_TRUE(QFile::remove(Fax().Radice() + u"/Coda_2/"_s + id));
+    for (int tick = 0; tick < 10; ++tick)
+        mServer->Lavoratori().Lavora();
+    for (const QString& id : bloccati)
+        EXPECT_NE(Fax().Trova(id)->Coda, 1) << qPrintable(id);
+    EXPECT_EQ(mServer->Lavoratori().Bloccati(), 0);
+    ControllaCoerenza(Fax());
+}
+
 TEST_F(Cartelle, RejectedTwiceIsDiscarded)
 {
     mServer->Lavoratori().ImpostaPercentualeRespinti(100);
