@@ -335,8 +335,17 @@ int RefCartellaDocumenti::Carica(const std::function<void(qint64 letti)>& avanza
                                                              .arg(doppio->Dati.Coda));
             continue;
         }
-        const qsizetype trattino = l.Dati.Id.lastIndexOf(u'-');
-        mProssimoId = std::max<quint64>(mProssimoId, l.Dati.Id.mid(trattino + 1).toULongLong() + 1);
+        // File names come from a file anyone could have edited: one that would leave the
+        // document's folder is dropped, never joined.
+        for (QString* nome : {&l.Dati.FileCorpo, &l.Dati.FileScript, &l.Dati.FileIntestazione, &l.Dati.FileOutput,
+                              &l.Dati.FileLog}) {
+            if (nome->isEmpty() || modDisco::NomeSemplice(*nome))
+                continue;
+            mLogServer.Scrivi(modRigaLog::LivelloAvviso, QStringLiteral("%1: documento %2, nome di file \"%3\" ignorato")
+                                                             .arg(Chiave(), l.Dati.Id, *nome));
+            nome->clear();
+        }
+        OsservaId(l.Dati.Id);
         Inserisci(std::move(l.Dati));
     }
     AggiornaContatori();
@@ -578,7 +587,9 @@ void RefCartellaDocumenti::FileOutput(quint64 richiesta, const QString& id, bool
     PxRisposta r{modContratto::Ok, percorso, {}};
     if (conDati) {
         QFile file(QDir::fromNativeSeparators(percorso));
-        if (!file.open(QIODevice::ReadOnly))
+        if (!modDisco::FileRegolare(file.fileName()))
+            r = {modContratto::Rifiutato, QStringLiteral("%1 non è un file regolare").arg(percorso), {}};
+        else if (!file.open(QIODevice::ReadOnly))
             r = {modContratto::Fallito, QStringLiteral("%1: %2").arg(percorso, file.errorString()), {}};
         else if (file.size() > modContratto::MassimoFileInviato)
             r = {modContratto::Fallito, QStringLiteral("%1 supera %2 byte").arg(percorso).arg(modContratto::MassimoFileInviato), {}};
@@ -646,8 +657,9 @@ PxRisposta RefCartellaDocumenti::Anteprime(const QString& selezioneXml, const QS
         d.Stato = u"In attesa"_s;
         d.Inserito = QDateTime::currentDateTime();
         std::vector<FileNuovo> file;
-        if (!origine->FileCorpo.isEmpty()) {
-            QFile corpo(CartellaDi(*origine) + u'/' + origine->FileCorpo);
+        const QString percorsoCorpo = CartellaDi(*origine) + u'/' + origine->FileCorpo;
+        if (!origine->FileCorpo.isEmpty() && modDisco::FileRegolare(percorsoCorpo)) {
+            QFile corpo(percorsoCorpo);
             if (corpo.open(QIODevice::ReadOnly))
                 file.push_back({u"corpo.bpx"_s, corpo.readAll(), {}});
         }
@@ -676,9 +688,10 @@ PxRisposta RefCartellaDocumenti::Comprimi(const QString& selezioneXml)
         if (!d)
             return Rifiuta(QStringLiteral("invio compresso rifiutato: documento %1 sconosciuto").arg(i));
         const QDir cartella(CartellaDi(*d));
-        for (const QString& nome : cartella.entryList(QDir::Files, QDir::Name)) {
+        // Links are never followed: only the document's own regular files go.
+        for (const QString& nome : cartella.entryList(QDir::Files | QDir::NoSymLinks, QDir::Name)) {
             QFile f(cartella.filePath(nome));
-            if (f.open(QIODevice::ReadOnly))
+            if (modDisco::FileRegolare(f.fileName()) && f.open(QIODevice::ReadOnly))
                 contenuto.push_back({i + u'/' + nome, f.readAll()});
         }
     }
@@ -722,7 +735,7 @@ QString RefCartellaDocumenti::DocumentoXml(const QString& id) const
         return {};
     pugi::xml_node elenco = doc.document_element().append_child("ElencoFile");
     const QDir cartella(CartellaDi(*d));
-    for (const QString& nome : cartella.entryList(QDir::Files, QDir::Name)) {
+    for (const QString& nome : cartella.entryList(QDir::Files | QDir::NoSymLinks, QDir::Name)) {
         pugi::xml_node f = elenco.append_child("File");
         f.append_child("Percorso").text().set(QDir::toNativeSeparators(cartella.path()).toUtf8().constData());
         f.append_child("Nome").text().set(nome.toUtf8().constData());

@@ -11,6 +11,8 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
@@ -281,6 +283,56 @@ TEST_F(Cartelle, DocumentsThatCannotMoveNeverStopTheirStageAndAreReportedOnce)
         EXPECT_NE(Fax().Trova(id)->Coda, 1) << qPrintable(id);
     EXPECT_EQ(mServer->Lavoratori().Bloccati(), 0);
     ControllaCoerenza(Fax());
+}
+
+TEST_F(Cartelle, NamesFromDescriptionsAndLinksInADocumentNeverLeadOutOfItsFolder)
+{
+    const QString segreto = mDir.filePath(u"segreto.txt"_s);
+    { QFile f(segreto); ASSERT_TRUE(f.open(QIODevice::WriteOnly)); f.write("riservato"); }
+    // A description edited to name files outside its folder.
+    const QString id = Fax().Coda(8).value(0);
+    DatiDocumento d = *Fax().Trova(id);
+    const QString cartella = Fax().CartellaDocumentoDi(id);
+    d.FileCorpo = QDir(cartella).relativeFilePath(segreto);
+    d.FileLog = u"../../../../fuori.log"_s;
+    ASSERT_TRUE(d.FileCorpo.startsWith(u"../"_s));
+    { QFile f(cartella + u'/' + id + u".xml"_s); ASSERT_TRUE(f.open(QIODevice::WriteOnly)); f.write(RefCartellaDocumenti::TestoDescrizione(d, cartella)); }
+    // Another document brings a link to the secret among its files.
+    const QString altro = Fax().Coda(8).value(1);
+    ASSERT_EQ(::symlink(QFile::encodeName(segreto).constData(),
+                        QFile::encodeName(Fax().CartellaDocumentoDi(altro) + u"/allegato.txt"_s).constData()), 0);
+    Apri();
+    ASSERT_NE(Fax().Trova(id), nullptr);
+    EXPECT_TRUE(Fax().Trova(id)->FileCorpo.isEmpty());
+    EXPECT_FALSE(Fax().Trova(id)->FileLog.contains(u'/')) << "only a name, in the folder";
+
+    RefCartellaDocumenti& anteprime = *mServer->Cartella(GenereCartella::Anteprima);
+    const QStringList primaAnteprime = anteprime.Coda(0);
+    ASSERT_TRUE(Fax().Anteprime(Selezione({id}), u"127.0.0.1"_s).Riuscita());
+    for (const QString& nuovo : anteprime.Coda(0)) {
+        if (primaAnteprime.contains(nuovo))
+            continue;
+        const QDir dir(anteprime.CartellaDocumentoDi(nuovo));
+        for (const QString& nome : dir.entryList(QDir::Files))
+            EXPECT_FALSE(Leggi(dir.filePath(nome)).contains("riservato")) << qPrintable(nome);
+    }
+    ASSERT_TRUE(Fax().SpostaSelezione(Selezione({id}), 2).Riuscita());
+    EXPECT_FALSE(QFileInfo::exists(QDir(cartella).absoluteFilePath(u"../../../../fuori.log"_s)));
+
+    RefCartellaDocumenti& email = *mServer->Cartella(GenereCartella::Email);
+    const QStringList primaEmail = email.Coda(0);
+    ASSERT_TRUE(Fax().Comprimi(Selezione({altro})).Riuscita());
+    for (const QString& nuovo : email.Coda(0)) {
+        if (primaEmail.contains(nuovo))
+            continue;
+        const QDir dir(email.CartellaDocumentoDi(nuovo));
+        for (const QString& nome : dir.entryList({u"*.pxz"_s}, QDir::Files))
+            for (const auto& f : modFileDocumento::LeggiArchivio(Leggi(dir.filePath(nome))))
+                EXPECT_FALSE(f.Nome.endsWith(u"allegato.txt"_s)) << "the link was followed";
+    }
+    QFile f(segreto);
+    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+    EXPECT_EQ(f.readAll(), QByteArray("riservato"));
 }
 
 TEST_F(Cartelle, RejectedTwiceIsDiscarded)
