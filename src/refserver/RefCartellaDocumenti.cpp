@@ -224,16 +224,10 @@ QByteArray RefCartellaDocumenti::TestoDescrizione(const DatiDocumento& d, const 
 
 bool RefCartellaDocumenti::ScriviDescrizione(const DatiDocumento& d, QString* errore) const
 {
-    const QByteArray testo = TestoDescrizione(d, CartellaDi(d));
-    // Written aside and renamed over the old one: a reader never sees half a description.
-    QSaveFile file(CartellaDi(d) + u'/' + d.Id + u".xml"_s);
-    file.setDirectWriteFallback(false);
-    if (!file.open(QIODevice::WriteOnly) || file.write(testo) != testo.size() || !file.commit()) {
-        if (errore)
-            *errore = file.errorString();
-        return false;
-    }
-    return true;
+    // Written aside (in the queue's folder, where a start finds what a crash left) and renamed
+    // over the old one: a reader never sees half a description.
+    return modDisco::Sostituisci(CartellaDi(d) + u'/' + d.Id + u".xml"_s, TestoDescrizione(d, CartellaDi(d)), errore,
+                                 CartellaCoda(d.Coda));
 }
 
 void RefCartellaDocumenti::AggiornaContatori()
@@ -261,6 +255,12 @@ qint64 RefCartellaDocumenti::Prepara()
         const QDir cartella(CartellaCoda(coda));
         QDir().mkpath(cartella.path());
         Recupera(cartella.path());
+        // What a crash left half-written: the document kept its old file, whole.
+        for (const QString& nome : cartella.entryList({QString::fromLatin1(modDisco::PrefissoTemporaneo) + u'*'},
+                                                       QDir::Files | QDir::Hidden | QDir::System)) {
+            QFile::remove(cartella.filePath(nome));
+            mLogServer.Scrivi(modRigaLog::LivelloAvviso, QStringLiteral("%1: file temporaneo %2 rimosso").arg(Chiave(), cartella.filePath(nome)));
+        }
         for (const QString& nome : cartella.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name)) {
             OsservaId(nome); // unreadable ones too: their ids are taken
             mCandidati.push_back({coda, nome});
@@ -281,13 +281,14 @@ int RefCartellaDocumenti::Carica(const std::function<void(qint64 letti)>& avanza
         QString Nome;
         DatiDocumento Dati;
         QString Motivo; // why it was skipped; "" when read
+        bool FuoriCoda = false; // its description names another queue
     };
     if (mCandidati.empty())
         Prepara();
     std::vector<Letto> letti;
     letti.reserve(mCandidati.size());
     for (Candidato& c : mCandidati)
-        letti.push_back({c.Coda, std::move(c.Nome), {}, {}});
+        letti.push_back({c.Coda, std::move(c.Nome), {}, {}, false});
     mCandidati.clear();
     // Reading and parsing the descriptions is most of a large folder's start: shared by threads.
     std::atomic<size_t> prossimo{0};
@@ -307,6 +308,7 @@ int RefCartellaDocumenti::Carica(const std::function<void(qint64 letti)>& avanza
                 l.Motivo = u"descrizione non valida"_s;
             else if (l.Dati.Id != l.Nome || l.Dati.Genere != mDef.Genere)
                 l.Motivo = u"descrizione di un altro documento"_s;
+            l.FuoriCoda = l.Dati.Coda != l.Coda;
             l.Dati.Coda = l.Coda; // the folder it lies in is the truth
         }
     };
@@ -346,7 +348,17 @@ int RefCartellaDocumenti::Carica(const std::function<void(qint64 letti)>& avanza
             nome->clear();
         }
         OsservaId(l.Dati.Id);
+        const bool riscrivi = l.FuoriCoda;
+        const QString id = l.Dati.Id;
         Inserisci(std::move(l.Dati));
+        if (riscrivi) {
+            // A move a crash cut short between the rename and the rewrite: the queue wins.
+            QString errore;
+            const DatiDocumento& d = mIndice.constFind(id)->Dati;
+            mLogServer.Scrivi(modRigaLog::LivelloAvviso, QStringLiteral("%1: descrizione di %2 corretta alla coda %3").arg(Chiave(), id).arg(d.Coda));
+            if (!ScriviDescrizione(d, &errore))
+                mLogServer.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("%1: %2").arg(Chiave(), errore));
+        }
     }
     AggiornaContatori();
     return static_cast<int>(mIndice.size());
@@ -385,40 +397,43 @@ QString RefCartellaDocumenti::Crea(DatiDocumento d, const std::vector<FileNuovo>
     const QString finale = CartellaDi(d);
     const QString provvisoria = CartellaCoda(d.Coda) + u"/."_s + d.Id + u".nuovo"_s;
     QDir(provvisoria).removeRecursively();
-    if (!QDir().mkpath(provvisoria))
-        return QStringLiteral("impossibile creare %1").arg(provvisoria);
+    QString errore;
+    if (!modDisco::CreaCartella(provvisoria, &errore))
+        return QStringLiteral("impossibile creare %1").arg(errore);
     std::vector<std::pair<QString, QString>> spostati; // moved in: where from, where to
     const auto annulla = [&](const QString& motivo) {
-        // Files moved in go back where they came from: a failed creation loses nothing.
-        for (const auto& [da, a] : spostati)
-            QFile::rename(a, da);
-        QDir(provvisoria).removeRecursively();
+        // Files moved in go back where they came from: a failed creation loses nothing. If
+        // one cannot go back, the folder stays, and the next start sets it aside whole.
+        bool tutti = true;
+        for (auto it = spostati.rbegin(); it != spostati.rend(); ++it)
+            tutti = modDisco::Rinomina(it->second, it->first) && tutti;
+        if (tutti)
+            QDir(provvisoria).removeRecursively();
+        else
+            mLogServer.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("%1: file di %2 lasciati in %3").arg(Chiave(), d.Id, provvisoria));
         return motivo;
     };
     for (const FileNuovo& f : file) {
         const QString destinazione = provvisoria + u'/' + f.Nome;
         if (!f.DaSpostare.isEmpty()) {
-            if (!QFile::rename(f.DaSpostare, destinazione))
-                return annulla(QStringLiteral("impossibile spostare %1").arg(f.DaSpostare));
+            if (!modDisco::Rinomina(f.DaSpostare, destinazione, &errore))
+                return annulla(QStringLiteral("impossibile spostare %1").arg(errore));
             spostati.emplace_back(f.DaSpostare, destinazione);
-        } else {
-            QFile out(destinazione);
-            if (!out.open(QIODevice::WriteOnly) || out.write(f.Dati) != f.Dati.size())
-                return annulla(QStringLiteral("impossibile scrivere %1").arg(destinazione));
+        } else if (!modDisco::ScriviNuovo(destinazione, f.Dati, &errore)) {
+            return annulla(QStringLiteral("impossibile scrivere %1").arg(errore));
         }
     }
-    {
-        // Written in the provisional folder, but it names the folder the document will have.
-        const QByteArray testo = TestoDescrizione(d, finale);
-        QFile out(provvisoria + u'/' + d.Id + u".xml"_s);
-        if (!out.open(QIODevice::WriteOnly) || out.write(testo) != testo.size())
-            return annulla(u"impossibile scrivere la descrizione"_s);
-    }
+    // Written in the provisional folder, but it names the folder the document will have.
+    if (!modDisco::ScriviNuovo(provvisoria + u'/' + d.Id + u".xml"_s, TestoDescrizione(d, finale), &errore))
+        return annulla(QStringLiteral("impossibile scrivere la descrizione: %1").arg(errore));
     RefLog(provvisoria + u'/' + d.FileLog)
         .Scrivi(modRigaLog::LivelloInformazione,
                 QStringLiteral("Documento %1 accodato in \"%2\"").arg(d.Id, modProprieta::DescrizioneCoda(mDef.Genere, d.Coda)));
-    if (!QDir().rename(provvisoria, finale))
-        return annulla(QStringLiteral("impossibile pubblicare %1").arg(finale));
+    // Everything on disk before the one rename that publishes it, and the rename too.
+    if (!modDisco::SincronizzaCartella(provvisoria, &errore) || !modDisco::Rinomina(provvisoria, finale, &errore))
+        return annulla(QStringLiteral("impossibile pubblicare %1").arg(errore));
+    if (!modDisco::SincronizzaCartella(CartellaCoda(d.Coda), &errore))
+        mLogServer.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("%1: %2").arg(Chiave(), errore));
     const QString id = d.Id;
     const qint32 coda = d.Coda;
     Inserisci(std::move(d));
@@ -448,8 +463,11 @@ QString RefCartellaDocumenti::Sposta(const QString& id, qint32 coda, const QStri
     if (prima != coda) {
         const QString da = CartellaDi(d);
         const QString a = CartellaCoda(coda) + u'/' + id;
-        if (!QDir().rename(da, a))
-            return QStringLiteral("impossibile spostare %1 in %2").arg(da, a);
+        QString motivo;
+        if (!modDisco::Rinomina(da, a, &motivo))
+            return QStringLiteral("impossibile spostare %1").arg(motivo);
+        if (!modDisco::SincronizzaCartella(CartellaCoda(coda), &motivo) || !modDisco::SincronizzaCartella(CartellaCoda(prima), &motivo))
+            mLogServer.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("%1: %2").arg(Chiave(), motivo));
         mCode[static_cast<size_t>(prima)].erase(it->Ordine);
         it->Ordine = mProssimoOrdine++;
         mCode[static_cast<size_t>(coda)].emplace(it->Ordine, id);
@@ -497,9 +515,9 @@ QString RefCartellaDocumenti::ScriviUscita(const QString& id, modCartelle::Uscit
     const bool tiff = tipo == modCartelle::Uscita::Tiff;
     const QString nome = d.Id + (tiff ? u".tif"_s : u".pdf"_s);
     const QByteArray dati = tiff ? modFileDocumento::Tiff(d) : modFileDocumento::Pdf(d);
-    QSaveFile file(CartellaDi(d) + u'/' + nome);
-    if (!file.open(QIODevice::WriteOnly) || file.write(dati) != dati.size() || !file.commit())
-        return QStringLiteral("impossibile scrivere %1: %2").arg(nome, file.errorString());
+    QString errore;
+    if (!modDisco::Sostituisci(CartellaDi(d) + u'/' + nome, dati, &errore, CartellaCoda(d.Coda)))
+        return QStringLiteral("impossibile scrivere %1").arg(errore);
     d.FileOutput = nome;
     return {};
 }

@@ -1,14 +1,77 @@
 #include "modDisco.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
+#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace modDisco {
+
+namespace {
+
+Operazioni gReali;
+std::atomic<Operazioni*> gAttuali{&gReali};
+
+QString Errno() { return QString::fromLocal8Bit(std::strerror(errno)); }
+
+void Imposta(QString* errore, const QString& testo)
+{
+    if (errore)
+        *errore = testo;
+}
+
+// Writes every byte to `fd`, syncs and closes it; the descriptor is closed in any case.
+bool ScriviTutto(int fd, const QByteArray& dati, const QString& percorso, QString* errore)
+{
+    Operazioni& op = Attuali();
+    qsizetype scritti = 0;
+    while (scritti < dati.size()) {
+        const ssize_t n = op.Scrivi(fd, dati.constData() + scritti, static_cast<size_t>(dati.size() - scritti));
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0) {
+            Imposta(errore, QStringLiteral("scrittura di %1: %2").arg(percorso, n < 0 ? Errno() : QStringLiteral("nessun byte scritto")));
+            op.Chiudi(fd);
+            return false;
+        }
+        scritti += n;
+    }
+    // A full disk or a failing device often shows only here, at sync or close.
+    if (op.Sincronizza(fd) != 0) {
+        Imposta(errore, QStringLiteral("sincronizzazione di %1: %2").arg(percorso, Errno()));
+        op.Chiudi(fd);
+        return false;
+    }
+    if (op.Chiudi(fd) != 0) {
+        Imposta(errore, QStringLiteral("chiusura di %1: %2").arg(percorso, Errno()));
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+int Operazioni::Apri(const char* percorso, int flag, mode_t modo) { return ::open(percorso, flag, modo); }
+ssize_t Operazioni::Scrivi(int fd, const char* dati, size_t quanti) { return ::write(fd, dati, quanti); }
+int Operazioni::Sincronizza(int fd) { return ::fsync(fd); }
+int Operazioni::Chiudi(int fd) { return ::close(fd); }
+int Operazioni::CreaCartella(const char* percorso, mode_t modo) { return ::mkdir(percorso, modo); }
+
+int Operazioni::Rinomina(const char* da, const char* a, bool sostituisci)
+{
+    return ::renameat2(AT_FDCWD, da, AT_FDCWD, a, sostituisci ? 0u : RENAME_NOREPLACE);
+}
+
+void ImpostaOperazioni(Operazioni* operazioni) { gAttuali = operazioni ? operazioni : &gReali; }
+
+Operazioni& Attuali() { return *gAttuali.load(); }
 
 bool FileRegolare(const QString& percorso)
 {
@@ -24,11 +87,9 @@ bool Occupato(const QString& percorso)
 
 bool Rinomina(const QString& da, const QString& a, QString* errore)
 {
-    if (::renameat2(AT_FDCWD, QFile::encodeName(da).constData(), AT_FDCWD, QFile::encodeName(a).constData(),
-                    RENAME_NOREPLACE) == 0)
+    if (Attuali().Rinomina(QFile::encodeName(da).constData(), QFile::encodeName(a).constData(), false) == 0)
         return true;
-    if (errore)
-        *errore = QString::fromLocal8Bit(std::strerror(errno));
+    Imposta(errore, QStringLiteral("%1 in %2: %3").arg(da, a, Errno()));
     return false;
 }
 
@@ -36,6 +97,59 @@ bool NomeSemplice(const QString& nome)
 {
     return !nome.isEmpty() && nome != u"." && nome != u".." && !nome.contains(u'/') && !nome.contains(u'\\')
         && !nome.contains(QChar(0));
+}
+
+bool ScriviNuovo(const QString& percorso, const QByteArray& dati, QString* errore)
+{
+    const int fd = Attuali().Apri(QFile::encodeName(percorso).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0644);
+    if (fd < 0) {
+        Imposta(errore, QStringLiteral("creazione di %1: %2").arg(percorso, Errno()));
+        return false;
+    }
+    if (ScriviTutto(fd, dati, percorso, errore))
+        return true;
+    ::unlink(QFile::encodeName(percorso).constData());
+    return false;
+}
+
+bool Sostituisci(const QString& percorso, const QByteArray& dati, QString* errore, const QString& cartellaTemporanea)
+{
+    static std::atomic<quint64> progressivo{0};
+    const QFileInfo finale(percorso);
+    const QString temporaneo = (cartellaTemporanea.isEmpty() ? finale.absolutePath() : cartellaTemporanea) + u'/'
+        + QString::fromLatin1(PrefissoTemporaneo)
+        + QString::number(::getpid()) + u'-' + QString::number(progressivo++) + u'-' + finale.fileName();
+    if (!ScriviNuovo(temporaneo, dati, errore))
+        return false;
+    if (Attuali().Rinomina(QFile::encodeName(temporaneo).constData(), QFile::encodeName(percorso).constData(), true) != 0) {
+        Imposta(errore, QStringLiteral("pubblicazione di %1: %2").arg(percorso, Errno()));
+        ::unlink(QFile::encodeName(temporaneo).constData());
+        return false;
+    }
+    return SincronizzaCartella(finale.absolutePath(), errore);
+}
+
+bool SincronizzaCartella(const QString& cartella, QString* errore)
+{
+    Operazioni& op = Attuali();
+    const int fd = op.Apri(QFile::encodeName(cartella).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
+    if (fd < 0) {
+        Imposta(errore, QStringLiteral("apertura della cartella %1: %2").arg(cartella, Errno()));
+        return false;
+    }
+    const bool ok = op.Sincronizza(fd) == 0;
+    if (!ok)
+        Imposta(errore, QStringLiteral("sincronizzazione della cartella %1: %2").arg(cartella, Errno()));
+    op.Chiudi(fd);
+    return ok;
+}
+
+bool CreaCartella(const QString& percorso, QString* errore)
+{
+    if (Attuali().CreaCartella(QFile::encodeName(percorso).constData(), 0755) == 0)
+        return true;
+    Imposta(errore, QStringLiteral("creazione della cartella %1: %2").arg(percorso, Errno()));
+    return false;
 }
 
 } // namespace modDisco

@@ -6,6 +6,8 @@
 #include "RefServizio.h"
 #include "modCartelle.h"
 #include "modDemo.h"
+#include "modProprieta.h"
+#include "modDisco.h"
 #include "modFileDocumento.h"
 #include "modTiff.h"
 
@@ -333,6 +335,115 @@ TEST_F(Cartelle, NamesFromDescriptionsAndLinksInADocumentNeverLeadOutOfItsFolder
     QFile f(segreto);
     ASSERT_TRUE(f.open(QIODevice::ReadOnly));
     EXPECT_EQ(f.readAll(), QByteArray("riservato"));
+}
+
+namespace {
+
+// The file system, failing at its Nth operation with the error a full disk gives.
+class OperazioniGuaste : public modDisco::Operazioni
+{
+public:
+    explicit OperazioniGuaste(int fallisciAl) : mFallisciAl(fallisciAl) { modDisco::ImpostaOperazioni(this); }
+    ~OperazioniGuaste() override { modDisco::ImpostaOperazioni(nullptr); }
+    bool Guastata() const { return mChiamate >= mFallisciAl; }
+
+    int Apri(const char* p, int f, mode_t m) override { return Guasto() ? -1 : Operazioni::Apri(p, f, m); }
+    ssize_t Scrivi(int fd, const char* d, size_t n) override { return Guasto() ? -1 : Operazioni::Scrivi(fd, d, n); }
+    int Sincronizza(int fd) override { return Guasto() ? -1 : Operazioni::Sincronizza(fd); }
+    int Chiudi(int fd) override
+    {
+        const bool guasto = Guasto();
+        const int esito = Operazioni::Chiudi(fd); // closed in any case, as the system does
+        if (guasto)
+            errno = ENOSPC;
+        return guasto ? -1 : esito;
+    }
+    int Rinomina(const char* da, const char* a, bool s) override { return Guasto() ? -1 : Operazioni::Rinomina(da, a, s); }
+    int CreaCartella(const char* p, mode_t m) override { return Guasto() ? -1 : Operazioni::CreaCartella(p, m); }
+
+private:
+    bool Guasto()
+    {
+        if (++mChiamate != mFallisciAl)
+            return false;
+        errno = ENOSPC;
+        return true;
+    }
+    int mFallisciAl;
+    int mChiamate = 0;
+};
+
+} // namespace
+
+TEST_F(Cartelle, AFaultAtAnyStepOfTakingAJobLosesNothingAndSplitsNothing)
+{
+    RefIngresso* ingresso = mServer->Ingresso(u"PxSrvFax"_s);
+    PxIntestazioneHpx h;
+    h.ScriviIntero({}, u"Tipo"_s, 2);
+    h.ScriviTesto(u"PROPRIETA"_s, u"Descrizione"_s, u"Fax nel guasto"_s);
+    h.ScriviTesto(u"FAX"_s, u"NumeroFax"_s, u"5551234"_s);
+    int passo = 1;
+    for (bool guastata = true; guastata; ++passo) {
+        const QString base = ingresso->Cartella() + u"/lavoro-"_s + QString::number(passo);
+        const QByteArray corpo = "Corpo del lavoro " + QByteArray::number(passo);
+        for (const auto& [estensione, dati] : {std::pair{u".spx"_s, QByteArray("<PLX/>")}, std::pair{u".bpx"_s, corpo},
+                                               std::pair{u".hpx"_s, h.Serializza()}}) {
+            QFile f(base + estensione);
+            ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+            f.write(dati);
+        }
+        const qsizetype prima = Fax().Totale();
+        {
+            OperazioniGuaste guasto(passo);
+            ingresso->Scansiona();
+            guastata = guasto.Guastata();
+        }
+        // Either a whole document, or the whole job still waiting: never half of each.
+        const bool preso = Fax().Totale() == prima + 1;
+        EXPECT_TRUE(preso || Fax().Totale() == prima) << "step " << passo;
+        for (const char* estensione : {".spx", ".bpx", ".hpx"})
+            EXPECT_EQ(QFileInfo::exists(base + QString::fromLatin1(estensione)), !preso) << "step " << passo << estensione;
+        for (qint32 coda = 0; coda < Fax().Definizione().NumeroCode; ++coda)
+            EXPECT_TRUE(QDir(Fax().Radice() + u"/Coda_"_s + QString::number(coda)).entryList({u".*.nuovo"_s}, QDir::Dirs | QDir::Hidden).isEmpty())
+                << "step " << passo << ": a creation left behind";
+        // With the disk back, the job is taken once, whole.
+        ingresso->Scansiona();
+        ASSERT_EQ(Fax().Totale(), prima + 1) << "step " << passo;
+        const QString id = Fax().Coda(0).last();
+        EXPECT_EQ(Leggi(Fax().CartellaDocumentoDi(id) + u'/' + id + u".bpx"_s), corpo) << "step " << passo;
+        ControllaCoerenza(Fax());
+    }
+    EXPECT_GT(passo, 12) << "every operation of taking a job was failed once";
+    Apri(); // and a start agrees with what is on disk
+    ControllaCoerenza(Fax());
+}
+
+TEST_F(Cartelle, AFaultAtAnyStepOfAMoveLeavesTheDocumentInExactlyOneQueue)
+{
+    int passo = 1;
+    for (bool guastata = true; guastata; ++passo) {
+        const QString id = Fax().Coda(8).value(0);
+        ASSERT_FALSE(id.isEmpty());
+        {
+            OperazioniGuaste guasto(passo);
+            Fax().SpostaSelezione(Selezione({id}), 2);
+            guastata = guasto.Guastata();
+        }
+        ControllaCoerenza(Fax());
+        const qint32 coda = Fax().Trova(id)->Coda;
+        EXPECT_TRUE(coda == 8 || coda == 2) << "step " << passo;
+    }
+    EXPECT_GT(passo, 4);
+    // A start corrects every description that a failed rewrite left naming the old queue.
+    Apri();
+    ControllaCoerenza(Fax());
+    for (const QString& id : Fax().Coda(2)) {
+        pugi::xml_document doc;
+        ASSERT_TRUE(doc.load_file(QFile::encodeName(Fax().CartellaDocumentoDi(id) + u'/' + id + u".xml"_s).constData()));
+        DatiDocumento letto;
+        ASSERT_TRUE(modProprieta::Leggi(doc.document_element(), letto));
+        EXPECT_EQ(letto.Coda, 2) << qPrintable(id);
+    }
 }
 
 TEST_F(Cartelle, RejectedTwiceIsDiscarded)
