@@ -364,6 +364,39 @@ int RefCartellaDocumenti::Carica(const std::function<void(qint64 letti)>& avanza
     return static_cast<int>(mIndice.size());
 }
 
+bool RefCartellaDocumenti::RimettiInIngresso(const QString& provvisoria)
+{
+    // The record a creation writes before it moves a job's files in: "<from>\t<name>" a line.
+    QFile origine(provvisoria + u"/.origine"_s);
+    if (!modDisco::FileRegolare(origine.fileName()) || !origine.open(QIODevice::ReadOnly))
+        return false;
+    const QString ingresso = QDir(mCartellaServer).filePath(u"Ingresso/"_s);
+    std::vector<std::pair<QString, QString>> ritorni; // in the folder -> back where it came from
+    for (const QByteArray& riga : origine.read(64 * 1024).split('\n')) {
+        const QList<QByteArray> campi = riga.split('\t');
+        if (campi.size() != 2)
+            continue;
+        const QString da = QDir::cleanPath(QString::fromUtf8(campi[0]));
+        const QString nome = QString::fromUtf8(campi[1]);
+        // Only back into an input folder of this server, and only a plain name from here.
+        if (!da.startsWith(ingresso) || !modDisco::NomeSemplice(nome))
+            return false;
+        if (modDisco::Occupato(provvisoria + u'/' + nome))
+            ritorni.emplace_back(provvisoria + u'/' + nome, da);
+    }
+    for (const auto& [qui, la] : ritorni)
+        if (modDisco::Occupato(la))
+            return false; // something new took the name meanwhile: set the folder aside instead
+    for (const auto& [qui, la] : ritorni)
+        if (!modDisco::Rinomina(qui, la))
+            return false;
+    QDir(provvisoria).removeRecursively();
+    mLogServer.Scrivi(modRigaLog::LivelloAvviso, QStringLiteral("%1: creazione interrotta %2, lavoro rimesso in ingresso (%3 file)")
+                                                     .arg(Chiave(), provvisoria)
+                                                     .arg(ritorni.size()));
+    return true;
+}
+
 void RefCartellaDocumenti::Recupera(const QString& cartellaCoda)
 {
     const QDir cartella(cartellaCoda);
@@ -374,6 +407,13 @@ void RefCartellaDocumenti::Recupera(const QString& cartellaCoda)
     const QString respinti = QDir(mCartellaServer).filePath(u"LavoriRespinti/"_s + ChiaveServizio());
     QDir().mkpath(respinti);
     for (const QString& nome : interrotte) {
+        if (RimettiInIngresso(cartella.filePath(nome)))
+            continue;
+        if (QDir(cartella.filePath(nome)).isEmpty()) {
+            // Stopped before anything was written or moved in: nothing to keep.
+            QDir().rmdir(cartella.filePath(nome));
+            continue;
+        }
         const QString destinazione = respinti + u'/' + nome.mid(1).chopped(6) + u"-interrotto-"_s
             + QDateTime::currentDateTime().toString(u"yyyyMMddHHmmsszzz"_s);
         const bool ok = QDir().rename(cartella.filePath(nome), destinazione);
@@ -401,6 +441,18 @@ QString RefCartellaDocumenti::Crea(DatiDocumento d, const std::vector<FileNuovo>
     if (!modDisco::CreaCartella(provvisoria, &errore))
         return QStringLiteral("impossibile creare %1").arg(errore);
     std::vector<std::pair<QString, QString>> spostati; // moved in: where from, where to
+    {
+        // Where each file comes from, on disk before the first moves: a crash half-way is
+        // undone at the next start by putting them back.
+        QByteArray origine;
+        for (const FileNuovo& f : file)
+            if (!f.DaSpostare.isEmpty())
+                origine += f.DaSpostare.toUtf8() + '\t' + f.Nome.toUtf8() + '\n';
+        if (!origine.isEmpty() && !modDisco::ScriviNuovo(provvisoria + u"/.origine"_s, origine, &errore)) {
+            QDir(provvisoria).removeRecursively();
+            return QStringLiteral("impossibile scrivere %1").arg(errore);
+        }
+    }
     const auto annulla = [&](const QString& motivo) {
         // Files moved in go back where they came from: a failed creation loses nothing. If
         // one cannot go back, the folder stays, and the next start sets it aside whole.
@@ -434,6 +486,8 @@ QString RefCartellaDocumenti::Crea(DatiDocumento d, const std::vector<FileNuovo>
         return annulla(QStringLiteral("impossibile pubblicare %1").arg(errore));
     if (!modDisco::SincronizzaCartella(CartellaCoda(d.Coda), &errore))
         mLogServer.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("%1: %2").arg(Chiave(), errore));
+    // Published: the record of where its files came from has done its work.
+    QFile::remove(finale + u"/.origine"_s);
     const QString id = d.Id;
     const qint32 coda = d.Coda;
     Inserisci(std::move(d));

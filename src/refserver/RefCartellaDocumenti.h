@@ -141,6 +141,8 @@ private:
     // A creation a crash interrupted leaves a hidden ".<id>.nuovo" folder: its files (maybe a
     // job's, moved in from an input folder) are set aside whole, never deleted.
     void Recupera(const QString& cartellaCoda);
+    // A creation that was taking a job's files: puts them back where they came from, whole.
+    bool RimettiInIngresso(const QString& provvisoria);
 
     struct Candidato
     {

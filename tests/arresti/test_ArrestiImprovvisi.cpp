@@ -1,0 +1,164 @@
+// The server stopped dead at every step of taking a job and of moving a document: a child
+// process runs the step and ends itself (_exit, no clean-up) just before the Nth file
+// operation; the next start must find every job either taken whole or waiting whole, every
+// document in exactly one queue, and nothing half-made.
+#include "PxIntestazioneHpx.h"
+#include "RefCartellaDocumenti.h"
+#include "RefIngresso.h"
+#include "RefServer.h"
+#include "modDemo.h"
+#include "modDisco.h"
+#include "modProprieta.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <functional>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Ends the process, as a power cut would, when the Nth operation is about to run.
+class OperazioniMortali : public modDisco::Operazioni
+{
+public:
+    explicit OperazioniMortali(int muoriAl) : mMuoriAl(muoriAl) {}
+    int Apri(const char* p, int f, mode_t m) override { Passo(); return Operazioni::Apri(p, f, m); }
+    ssize_t Scrivi(int fd, const char* d, size_t n) override { Passo(); return Operazioni::Scrivi(fd, d, n); }
+    int Sincronizza(int fd) override { Passo(); return Operazioni::Sincronizza(fd); }
+    int Chiudi(int fd) override { Passo(); return Operazioni::Chiudi(fd); }
+    int Rinomina(const char* da, const char* a, bool s) override { Passo(); return Operazioni::Rinomina(da, a, s); }
+    int CreaCartella(const char* p, mode_t m) override { Passo(); return Operazioni::CreaCartella(p, m); }
+
+private:
+    void Passo()
+    {
+        if (++mChiamate == mMuoriAl)
+            ::_exit(0);
+    }
+    int mMuoriAl;
+    int mChiamate = 0;
+};
+
+// Runs `lavoro` in a child that dies at operation `passo`; true when it died there, false
+// when the work ended before reaching it.
+bool MuoreAl(int passo, const std::function<void()>& lavoro)
+{
+    const pid_t figlio = ::fork();
+    if (figlio == 0) {
+        OperazioniMortali mortali(passo);
+        modDisco::ImpostaOperazioni(&mortali);
+        lavoro();
+        ::_exit(1);
+    }
+    int stato = 0;
+    ::waitpid(figlio, &stato, 0);
+    EXPECT_TRUE(WIFEXITED(stato)) << "the child crashed on its own at step " << passo;
+    return WIFEXITED(stato) && WEXITSTATUS(stato) == 0;
+}
+
+QByteArray Leggi(const QString& file)
+{
+    QFile f(file);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+// Every document of `c` in exactly one queue on disk, as the index says.
+void ControllaCoerenza(const RefCartellaDocumenti& c)
+{
+    QHash<QString, qint32> disco;
+    for (qint32 coda = 0; coda < c.Definizione().NumeroCode; ++coda) {
+        const QDir cartella(c.Radice() + u"/Coda_"_s + QString::number(coda));
+        for (const QString& id : cartella.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+            EXPECT_FALSE(disco.contains(id)) << qPrintable(id) << " in two queues";
+            disco.insert(id, coda);
+        }
+        EXPECT_TRUE(cartella.entryList({u".*"_s}, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).isEmpty())
+            << "left half-made in queue " << coda;
+    }
+    EXPECT_EQ(disco.size(), c.Totale());
+    for (auto it = disco.cbegin(); it != disco.cend(); ++it) {
+        ASSERT_NE(c.Trova(it.key()), nullptr) << qPrintable(it.key());
+        EXPECT_EQ(c.Trova(it.key())->Coda, it.value());
+    }
+}
+
+} // namespace
+
+TEST(ArrestiImprovvisi, AJobIsTakenWholeOrWaitsWholeWhereverTheServerStops)
+{
+    PxIntestazioneHpx h;
+    h.ScriviIntero({}, u"Tipo"_s, 2);
+    h.ScriviTesto(u"PROPRIETA"_s, u"Descrizione"_s, u"Fax interrotto"_s);
+    h.ScriviTesto(u"FAX"_s, u"NumeroFax"_s, u"5551234"_s);
+    int passo = 1;
+    for (bool morto = true; morto; ++passo) {
+        QTemporaryDir dir;
+        ASSERT_EQ(modDemo::CreaServerDemo(dir.path(), 0), QString());
+        ASSERT_TRUE(QDir().mkpath(dir.filePath(u"Ingresso/PxSrvFax"_s)));
+        const QString base = dir.filePath(u"Ingresso/PxSrvFax/lavoro"_s);
+        for (const auto& [estensione, dati] : {std::pair{u".spx"_s, QByteArray("<PLX/>")}, std::pair{u".bpx"_s, QByteArray("corpo")},
+                                               std::pair{u".hpx"_s, h.Serializza()}}) {
+            QFile f(base + estensione);
+            ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+            f.write(dati);
+        }
+        morto = MuoreAl(passo, [&] {
+            RefServer server(dir.path(), RefServer::Opzioni{false, true});
+            server.Ingresso(u"PxSrvFax"_s)->Scansiona();
+        });
+        // The next start, and one more look at the input folder.
+        RefServer server(dir.path(), RefServer::Opzioni{false, true});
+        server.Ingresso(u"PxSrvFax"_s)->Scansiona();
+        RefCartellaDocumenti& fax = *server.Cartella(GenereCartella::Fax);
+        ASSERT_EQ(fax.Totale(), 1) << "step " << passo;
+        const QString id = fax.Coda(0).value(0);
+        EXPECT_EQ(Leggi(fax.CartellaDocumentoDi(id) + u'/' + id + u".bpx"_s), QByteArray("corpo")) << "step " << passo;
+        EXPECT_TRUE(QDir(dir.filePath(u"Ingresso/PxSrvFax"_s)).isEmpty()) << "step " << passo;
+        EXPECT_TRUE(QDir(dir.filePath(u"LavoriRespinti/PxSrvFax"_s)).isEmpty()) << "step " << passo << ": split or set aside";
+        ControllaCoerenza(fax);
+    }
+    EXPECT_GT(passo, 12) << "every operation of taking a job was a stopping point";
+}
+
+TEST(ArrestiImprovvisi, ADocumentIsInExactlyOneQueueWhereverAMoveStops)
+{
+    QTemporaryDir dir;
+    ASSERT_EQ(modDemo::CreaServerDemo(dir.path(), 200), QString());
+    int passo = 1;
+    for (bool morto = true; morto; ++passo) {
+        QString id;
+        {
+            RefServer server(dir.path(), RefServer::Opzioni{false, true});
+            id = server.Cartella(GenereCartella::Fax)->Coda(8).value(0);
+        }
+        ASSERT_FALSE(id.isEmpty());
+        morto = MuoreAl(passo, [&] {
+            RefServer server(dir.path(), RefServer::Opzioni{false, true});
+            server.Cartella(GenereCartella::Fax)->SpostaSelezione(u"<Root><ID>"_s + id + u"</ID></Root>"_s, 2);
+        });
+        RefServer server(dir.path(), RefServer::Opzioni{false, true});
+        RefCartellaDocumenti& fax = *server.Cartella(GenereCartella::Fax);
+        ControllaCoerenza(fax);
+        const DatiDocumento* d = fax.Trova(id);
+        ASSERT_NE(d, nullptr) << "step " << passo;
+        EXPECT_TRUE(d->Coda == 8 || d->Coda == 2) << "step " << passo;
+        // The description agrees with the queue after the start.
+        DatiDocumento letto;
+        QFile descrizione(fax.CartellaDocumentoDi(id) + u'/' + id + u".xml"_s);
+        ASSERT_TRUE(descrizione.open(QIODevice::ReadOnly));
+        pugi::xml_document doc;
+        const QByteArray testo = descrizione.readAll();
+        ASSERT_TRUE(doc.load_buffer(testo.constData(), static_cast<size_t>(testo.size())));
+        ASSERT_TRUE(modProprieta::Leggi(doc.document_element(), letto));
+        EXPECT_EQ(letto.Coda, d->Coda) << "step " << passo;
+    }
+    EXPECT_GT(passo, 4);
+}
