@@ -407,6 +407,7 @@ void RefCartellaDocumenti::Recupera(const QString& cartellaCoda)
     const QString respinti = QDir(mCartellaServer).filePath(u"LavoriRespinti/"_s + ChiaveServizio());
     QDir().mkpath(respinti);
     for (const QString& nome : interrotte) {
+        OsservaId(QStringView(nome).mid(1)); // whatever happens to it, its id stays taken
         if (RimettiInIngresso(cartella.filePath(nome)))
             continue;
         if (QDir(cartella.filePath(nome)).isEmpty()) {
