@@ -66,6 +66,17 @@ int RefIngresso::Scansiona()
                                                      QDir::Time | QDir::Reversed))
         if (Prendi(f.absolutePath() + u'/' + f.completeBaseName()))
             ++presi;
+    // A body whose header never comes waits, but not unseen: one line each.
+    QSet<QString> orfani;
+    for (const QString& nome : cartella.entryList({u"*.bpx"_s}, QDir::Files | QDir::System | QDir::Hidden)) {
+        const QString base = nome.chopped(4);
+        if (modDisco::Occupato(cartella.filePath(base + u".hpx"_s)))
+            continue;
+        orfani.insert(base);
+        if (!mOrfani.contains(base))
+            mServizio.Log().Scrivi(modRigaLog::LivelloAvviso, QStringLiteral("Lavoro %1: corpo senza intestazione, in attesa").arg(base));
+    }
+    mOrfani = orfani;
     return presi;
 }
 

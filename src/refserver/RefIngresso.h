@@ -2,6 +2,7 @@
 
 #include <QFileSystemWatcher>
 #include <QObject>
+#include <QSet>
 #include <QTimer>
 
 class RefCartellaDocumenti;
@@ -46,4 +47,5 @@ private:
     QFileSystemWatcher mOsservatore;
     QTimer mTimer;
     QTimer mRitardo;
+    QSet<QString> mOrfani; // bodies waiting without a header, already reported
 };

@@ -6,10 +6,27 @@
 
 RefLog::RefLog(QString percorso) : mPercorso(std::move(percorso)), mFile(mPercorso) {}
 
-void RefLog::Scrivi(int livello, const QString& testo)
+bool RefLog::Scrivi(int livello, const QString& testo)
 {
     if (!mFile.isOpen() && !mFile.open(QIODevice::WriteOnly | QIODevice::Append))
-        return;
-    mFile.write(modRigaLog::Formatta(livello, QTime::currentTime(), testo));
-    mFile.flush();
+        return Fallito(mFile.errorString());
+    const QByteArray riga = modRigaLog::Formatta(livello, QTime::currentTime(), testo);
+    // A full disk shows at the write or at the flush.
+    if (mFile.write(riga) != riga.size() || !mFile.flush()) {
+        const QString motivo = mFile.errorString();
+        mFile.close(); // reopened on the next line
+        return Fallito(motivo);
+    }
+    mGuasto = false;
+    return true;
+}
+
+bool RefLog::Fallito(const QString& motivo)
+{
+    if (!mGuasto) {
+        mGuasto = true; // before the handler: it may well write to this log itself
+        if (mAlGuasto)
+            mAlGuasto(motivo);
+    }
+    return false;
 }

@@ -3,17 +3,30 @@
 #include <QFile>
 #include <QString>
 
-// Appends lines in the shared log form (modRigaLog) to one file.
+#include <functional>
+
+// Appends lines in the shared log form (modRigaLog) to one file. A line that cannot be
+// written (the file cannot be opened, the disk is full) is not dropped in silence: the first
+// failure after a success calls the handler set with AlGuasto, once.
 class RefLog
 {
 public:
     explicit RefLog(QString percorso);
 
     const QString& Percorso() const { return mPercorso; }
-    // Writes one line; a file that cannot be opened is retried on the next call.
-    void Scrivi(int livello, const QString& testo);
+    // Writes one line; a file that cannot be opened is retried on the next call. False when
+    // the line did not reach the file.
+    bool Scrivi(int livello, const QString& testo);
+    // Called with the reason when writing starts failing; again only after a success.
+    void AlGuasto(std::function<void(const QString& motivo)> gestore) { mAlGuasto = std::move(gestore); }
+    // The next failure is reported again (the error it set was cleared).
+    void Riarma() { mGuasto = false; }
 
 private:
+    bool Fallito(const QString& motivo);
+
     QString mPercorso;
     QFile mFile;
+    std::function<void(const QString&)> mAlGuasto;
+    bool mGuasto = false;
 };

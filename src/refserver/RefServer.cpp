@@ -92,6 +92,13 @@ void RefServer::Carica()
             }
         }
         auto* servizio = new RefServizio(voce, configurazione.document_element(), CartellaLog(mCartella), this);
+        // A service log that cannot be written says so once, in the server's log and on the
+        // service's state.
+        servizio->Log().AlGuasto([this, servizio](const QString& motivo) {
+            const QString testo = QStringLiteral("Log %1 non scrivibile: %2").arg(servizio->Log().Percorso(), motivo);
+            mLog.Scrivi(modRigaLog::LivelloErrore, testo);
+            servizio->ImpostaErrore(31, testo);
+        });
         mServizi.insert(chiave, servizio);
         mChiavi << chiave;
         Pubblica(modContratto::NomeServizio(chiave), servizio);

@@ -130,6 +130,7 @@ bool RefServizio::AvviaServizio()
     if (mCodice == 8) // disabled by configuration: it cannot run
         return false;
     ImpostaErrore(0, QString());
+    mLog.Riarma(); // a log still failing shows again on the state just cleared
     CambiaStato(modCatalogo::StatoInFunzione);
     return true;
 }

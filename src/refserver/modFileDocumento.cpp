@@ -6,6 +6,8 @@
 #include <QDataStream>
 #include <QIODevice>
 
+#include <limits>
+
 using namespace Qt::StringLiterals;
 
 namespace modFileDocumento {
@@ -121,7 +123,10 @@ QString DaIntestazione(const PxIntestazioneHpx& h, GenereCartella genere, DatiDo
     d.Priorita = static_cast<qint32>(std::clamp<qint64>(h.Intero(p, u"Priorita"_s), 0, 2));
     d.Pagine = static_cast<qint32>(std::clamp<qint64>(h.Intero(p, u"Pagine"_s, 1), 1, 9999));
     d.Stampante = h.Testo(u"STAMPA"_s, u"Stampante"_s);
-    d.NumeroTarquel = static_cast<qint32>(h.Intero(u"STAMPA"_s, u"Numero"_s));
+    const qint64 numero = h.Intero(u"STAMPA"_s, u"Numero"_s);
+    if (numero < std::numeric_limits<qint32>::min() || numero > std::numeric_limits<qint32>::max())
+        return QStringLiteral("STAMPA/Numero %1 fuori intervallo").arg(numero);
+    d.NumeroTarquel = static_cast<qint32>(numero);
     d.Copie = static_cast<qint32>(std::clamp<qint64>(h.Intero(u"STAMPA"_s, u"Copie"_s, 1), 1, 999));
     d.Oggetto = h.Testo(u"EMAIL"_s, u"Oggetto"_s);
     d.Da = h.Testo(u"EMAIL"_s, u"Da"_s);

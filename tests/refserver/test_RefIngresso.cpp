@@ -4,6 +4,7 @@
 #include "RefCartellaDocumenti.h"
 #include "RefIngresso.h"
 #include "RefServer.h"
+#include "RefServizio.h"
 #include "modDemo.h"
 
 #include <gtest/gtest.h>
@@ -128,4 +129,27 @@ TEST_F(IngressoOstile, ASecondJobOfTheSameNameSetAsideOverwritesNothing)
     QFile primo(mIngresso->CartellaRespinti() + u"/doppio.bpx"_s);
     ASSERT_TRUE(primo.open(QIODevice::ReadOnly));
     EXPECT_EQ(primo.readAll(), QByteArray("0"));
+}
+
+TEST_F(IngressoOstile, AnOrphanBodyIsReportedOnceAndANumberOutOfRangeIsRefused)
+{
+    Scrivi(Base(u"orfano"_s) + u".bpx"_s, "corpo");
+    for (int volta = 0; volta < 3; ++volta)
+        EXPECT_EQ(mIngresso->Scansiona(), 0);
+    QFile log(mServer->ServizioRef(u"PxSrvFax"_s)->Log().Percorso());
+    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
+    EXPECT_EQ(log.readAll().count("orfano: corpo senza intestazione"), 1);
+    EXPECT_TRUE(QFile::exists(Base(u"orfano"_s) + u".bpx"_s)) << "it waits for its header";
+
+    // A printer number that does not fit the document's 32 bits.
+    RefIngresso* stampe = mServer->Ingresso(u"PxSrvStampe"_s);
+    PxIntestazioneHpx h;
+    h.ScriviIntero({}, u"Tipo"_s, 2);
+    h.ScriviTesto(u"PROPRIETA"_s, u"Descrizione"_s, u"Stampa"_s);
+    h.ScriviTesto(u"STAMPA"_s, u"Stampante"_s, u"Laser"_s);
+    h.ScriviIntero(u"STAMPA"_s, u"Numero"_s, 5'000'000'000LL);
+    Scrivi(stampe->Cartella() + u"/grande.bpx"_s, "x");
+    Scrivi(stampe->Cartella() + u"/grande.hpx"_s, h.Serializza());
+    EXPECT_EQ(stampe->Scansiona(), 0);
+    EXPECT_TRUE(QFile::exists(stampe->CartellaRespinti() + u"/grande.hpx"_s));
 }

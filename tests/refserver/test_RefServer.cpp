@@ -163,6 +163,28 @@ TEST_F(Server, AMalformedConfigurationIsLoggedAndTheServiceStillRuns)
     EXPECT_TRUE(log.readAll().contains("PxSrvSmtp.xml non valida"));
 }
 
+TEST_F(Server, AServiceLogThatCannotBeWrittenIsReportedOnceOnTheStateAndInTheServersLog)
+{
+    // The log's name taken by a folder: no line can reach it (root or not).
+    ASSERT_TRUE(QDir().mkpath(QDir(RefServer::CartellaLog(mDir.path())).filePath(QStringLiteral("PxSrvFax.log"))));
+    RefServer s(mDir.path());
+    RefServizio* fax = s.ServizioRef(QStringLiteral("PxSrvFax"));
+    QSignalSpy errori(fax, &RefServizio::NotificaErrore);
+    fax->SospendiServizio();
+    EXPECT_FALSE(fax->Log().Scrivi(2, QStringLiteral("ancora")));
+    EXPECT_FALSE(fax->Log().Scrivi(2, QStringLiteral("e ancora")));
+    ASSERT_EQ(errori.size(), 1) << "once, not once per line";
+    EXPECT_EQ(errori[0][0].toInt(), 31);
+    EXPECT_STREQ(Stato(fax).document_element().select_node("Errore/Codice").node().child_value(), "31");
+    // Starting the service clears its error; the log still failing sets it again, once.
+    fax->AvviaServizio();
+    EXPECT_EQ(errori.size(), 2);
+    EXPECT_STREQ(Stato(fax).document_element().select_node("Errore/Codice").node().child_value(), "31");
+    QFile log(QDir(RefServer::CartellaLog(mDir.path())).filePath(QStringLiteral("PxSrvServer.log")));
+    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
+    EXPECT_EQ(log.readAll().count("PxSrvFax.log non scrivibile"), 2);
+}
+
 TEST_F(Server, BackgroundWorkerReportsAVanishedServerFolderOnce)
 {
     QTemporaryDir altra;
