@@ -779,9 +779,13 @@ PxRisposta RefCartellaDocumenti::Comprimi(const QString& selezioneXml)
     m.Inserito = QDateTime::currentDateTime();
     const QString allegato = m.Id + mEstensioneZip;
     m.FileOutput.clear();
-    std::vector<FileNuovo> file{{allegato, modFileDocumento::Archivio(contenuto), {}}};
-    if (const QString errore = email->Crea(std::move(m), file); !errore.isEmpty())
+    QString errore;
+    const QByteArray archivio = modFileDocumento::Archivio(contenuto, &errore);
+    if (archivio.isEmpty())
         return Rifiuta(u"invio compresso non riuscito: "_s + errore, modContratto::Fallito);
+    std::vector<FileNuovo> file{{allegato, archivio, {}}};
+    if (const QString motivo = email->Crea(std::move(m), file); !motivo.isEmpty())
+        return Rifiuta(u"invio compresso non riuscito: "_s + motivo, modContratto::Fallito);
     return {};
 }
 

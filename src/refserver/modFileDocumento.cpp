@@ -3,8 +3,9 @@
 #include "modPdf.h"
 #include "modTiff.h"
 
-#include <QDataStream>
 #include <QIODevice>
+
+#include <zip.h>
 
 #include <limits>
 
@@ -167,37 +168,56 @@ QByteArray Tiff(const DatiDocumento& d)
     return modTiff::Fax(Righe(d), std::clamp(d.Pagine, 1, 3));
 }
 
-QByteArray Archivio(const std::vector<FileArchivio>& file)
+QByteArray Archivio(const std::vector<FileArchivio>& file, QString* errore)
 {
-    QByteArray out;
-    QDataStream s(&out, QIODevice::WriteOnly);
-    s.setVersion(QDataStream::Qt_6_0);
-    s.writeRawData("PXZ1", 4);
-    s << static_cast<quint32>(file.size());
-    for (const FileArchivio& f : file)
-        s << f.Nome << qCompress(f.Dati);
-    return out;
-}
-
-std::vector<FileArchivio> LeggiArchivio(const QByteArray& archivio)
-{
-    std::vector<FileArchivio> file;
-    if (!archivio.startsWith("PXZ1"))
-        return file;
-    QDataStream s(archivio.mid(4));
-    s.setVersion(QDataStream::Qt_6_0);
-    quint32 numero = 0;
-    s >> numero;
-    for (quint32 i = 0; i < numero && s.status() == QDataStream::Ok; ++i) {
-        FileArchivio f;
-        QByteArray compresso;
-        s >> f.Nome >> compresso;
-        if (s.status() != QDataStream::Ok)
-            break;
-        f.Dati = qUncompress(compresso);
-        file.push_back(std::move(f));
+    const auto fallisci = [errore](const QString& motivo) {
+        if (errore)
+            *errore = motivo;
+        return QByteArray();
+    };
+    // The archive is built in memory: a buffer source the archive is written into.
+    zip_error_t e;
+    zip_error_init(&e);
+    zip_source_t* memoria = zip_source_buffer_create(nullptr, 0, 0, &e);
+    if (!memoria)
+        return fallisci(QString::fromUtf8(zip_error_strerror(&e)));
+    zip_source_keep(memoria); // still ours after the archive closes
+    zip_t* zip = zip_open_from_source(memoria, ZIP_TRUNCATE, &e);
+    if (!zip) {
+        zip_source_free(memoria);
+        return fallisci(QString::fromUtf8(zip_error_strerror(&e)));
     }
-    return file;
+    for (const FileArchivio& f : file) {
+        // libzip reads the bytes at close: they must live until then, as `file` does.
+        zip_source_t* dati = zip_source_buffer(zip, f.Dati.constData(), static_cast<zip_uint64_t>(f.Dati.size()), 0);
+        const QByteArray nome = f.Nome.toUtf8();
+        const zip_int64_t indice = dati ? zip_file_add(zip, nome.constData(), dati, ZIP_FL_ENC_UTF_8) : -1;
+        if (indice < 0) {
+            if (dati)
+                zip_source_free(dati);
+            const QString motivo = QString::fromUtf8(zip_strerror(zip));
+            zip_discard(zip);
+            zip_source_free(memoria);
+            return fallisci(motivo);
+        }
+        zip_set_file_compression(zip, static_cast<zip_uint64_t>(indice), ZIP_CM_DEFLATE, 0);
+    }
+    if (zip_close(zip) != 0) {
+        const QString motivo = QString::fromUtf8(zip_strerror(zip));
+        zip_discard(zip);
+        zip_source_free(memoria);
+        return fallisci(motivo);
+    }
+    QByteArray out;
+    zip_stat_t stat;
+    if (zip_source_stat(memoria, &stat) == 0 && zip_source_open(memoria) == 0) {
+        out.resize(static_cast<qsizetype>(stat.size));
+        if (zip_source_read(memoria, out.data(), stat.size) != static_cast<zip_int64_t>(stat.size))
+            out.clear();
+        zip_source_close(memoria);
+    }
+    zip_source_free(memoria);
+    return out.isEmpty() ? fallisci(QStringLiteral("archivio non leggibile dalla memoria")) : out;
 }
 
 } // namespace modFileDocumento

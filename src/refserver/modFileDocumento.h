@@ -20,14 +20,13 @@ QByteArray Tiff(const DatiDocumento& d);
 // Reads a job's header into a new document of `genere`; "" or what is wrong with it.
 QString DaIntestazione(const PxIntestazioneHpx& hpx, GenereCartella genere, DatiDocumento& d);
 
-// A compressed archive of named files, for the compressed send: "PXZ1", then a QDataStream
-// (Qt 6.0 format) of the file count and, per file, its name and its qCompress'ed bytes.
+// A ZIP archive of named files (deflated), for the compressed send: what any recipient's
+// tools open. Empty, with the reason in `errore`, when it cannot be made.
 struct FileArchivio
 {
     QString Nome;
     QByteArray Dati;
 };
-QByteArray Archivio(const std::vector<FileArchivio>& file);
-std::vector<FileArchivio> LeggiArchivio(const QByteArray& archivio);
+QByteArray Archivio(const std::vector<FileArchivio>& file, QString* errore = nullptr);
 
 } // namespace modFileDocumento
