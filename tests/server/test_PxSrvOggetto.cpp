@@ -178,15 +178,4 @@ TEST_F(Confine, TheOutputFileComesAsBytesOnlyWhenTheFilesAreNotLocal)
     EXPECT_TRUE(mSorgente.ConDati);
 }
 
-TEST(PxCollegamentoDiretto, FindsByNameAndSaysWhenThereIsNothing)
-{
-    QObject radice;
-    PxCollegamentoDiretto collegamento([&](const QString& nome) { return nome == u"PxSrvServer" ? &radice : nullptr; });
-    QObject contesto;
-    QList<QObject*> trovati;
-    collegamento.Acquisisci(QStringLiteral("PxSrvServer"), &contesto, [&](QObject* o) { trovati << o; });
-    collegamento.Acquisisci(QStringLiteral("Servizio/PxSrvNessuno"), &contesto, [&](QObject* o) { trovati << o; });
-    EXPECT_EQ(trovati, (QList<QObject*>{&radice, nullptr}));
-}
-
 #include "test_PxSrvOggetto.moc"
