@@ -118,6 +118,17 @@ protected:
         return testi;
     }
 
+    // Starts the engine on a server still loading, and ticks until it waits for it.
+    void AvviaSuServerInCaricamento()
+    {
+        mServer = std::make_unique<FakeServer>(mDir.filePath(QStringLiteral("server")), false);
+        Collega();
+        e.Inizializza();
+        e.Avvia();
+        for (int i = 0; i < 3; ++i)
+            e.mobjTimer_TimerEvent();
+    }
+
     // Drives the engine from Avvia to running.
     void AvviaFinoInFunzione()
     {
@@ -403,12 +414,7 @@ TEST_F(Engine, TheMainWindowWaitsForTheServerToLoad)
 
 TEST_F(Engine, AServerLostWhileLoadingClosesTheConsoleWithItsReason)
 {
-    mServer = std::make_unique<FakeServer>(mDir.filePath(QStringLiteral("server")), false);
-    Collega();
-    e.Inizializza();
-    e.Avvia();
-    for (int i = 0; i < 3; ++i)
-        e.mobjTimer_TimerEvent();
+    AvviaSuServerInCaricamento();
     ASSERT_EQ(Sonda::Fase(e), 2) << "waiting for the server";
     mServer->Interrompi(QStringLiteral("il server non risponde"));
     for (int i = 0; i < 4 && e.Stato().Codice != PxConsoleStato::Arrestato; ++i)
@@ -419,12 +425,7 @@ TEST_F(Engine, AServerLostWhileLoadingClosesTheConsoleWithItsReason)
 
 TEST_F(Engine, AStopAskedWhileTheServerLoadsDoesNotWaitForTheLoad)
 {
-    mServer = std::make_unique<FakeServer>(mDir.filePath(QStringLiteral("server")), false);
-    Collega();
-    e.Inizializza();
-    e.Avvia();
-    for (int i = 0; i < 3; ++i)
-        e.mobjTimer_TimerEvent();
+    AvviaSuServerInCaricamento();
     ASSERT_EQ(Sonda::Fase(e), 2);
     EXPECT_TRUE(e.RichiediArresto());
     for (int i = 0; i < 4 && e.Stato().Codice != PxConsoleStato::Arrestato; ++i)

@@ -13,6 +13,8 @@
 #include "modDemo.h"
 #include "modRemoto.h"
 
+#include "Selezione.h"
+
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
@@ -27,14 +29,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-QString Selezione(const QStringList& id)
-{
-    QString xml = u"<Root>"_s;
-    for (const QString& i : id)
-        xml += u"<ID>"_s + i + u"</ID>"_s;
-    return xml + u"</Root>"_s;
-}
 
 // Waits for one answer to a request made by `chiedi`.
 PxRisposta Attendi(const std::function<void(PxSrvOggetto::Esito)>& chiedi)

@@ -10,6 +10,8 @@
 #include "modDisco.h"
 #include "modTiff.h"
 
+#include "Selezione.h"
+
 #include <gtest/gtest.h>
 
 #include <unistd.h>
@@ -29,14 +31,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-QString Selezione(const QStringList& id)
-{
-    QString xml = u"<?xml version=\"1.0\" encoding=\"UTF-8\"?><Root>"_s;
-    for (const QString& i : id)
-        xml += u"<ID>"_s + i + u"</ID>"_s;
-    return xml + u"</Root>"_s;
-}
 
 QByteArray Leggi(const QString& file)
 {
