@@ -1,262 +1,185 @@
 #include "modTiff.h"
 
-#include <QSet>
-#include <QString>
+#include <cairo.h>
+#include <tiffio.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
-
-using namespace Qt::StringLiterals;
+#include <vector>
 
 namespace modTiff {
 
 namespace {
 
-constexpr int ByteRiga = LarghezzaFax / 8;
-// Every font dot is a Scala × Scala square; a character takes 6 dots across, a line 10 dots down.
-constexpr int Scala = 3, PassoCarattere = 6 * Scala, AltezzaCarattere = 8 * Scala, Interlinea = 10 * Scala;
-constexpr int MargineSinistro = 120, MargineAlto = 150, RigaPiede = AltezzaFax - 120 - AltezzaCarattere;
-constexpr int RighePerPagina = (RigaPiede - 90 - MargineAlto) / Interlinea + 1;
-constexpr int CaratteriPerRiga = (LarghezzaFax - 2 * MargineSinistro) / PassoCarattere;
-constexpr int MassimoPagine = 1000;
-// A white row in PackBits: 128 zero bytes, then the other 88.
-constexpr char RigaBianca[] = {static_cast<char>(-127), 0, static_cast<char>(-87), 0};
-static_assert(ByteRiga == 128 + 88);
+constexpr double Margine = 100, Corpo = 30, Interlinea = 40;
+constexpr const char* Carattere = "DejaVu Sans Mono";
 
-constexpr quint16 TipoShort = 3, TipoLong = 4, TipoRational = 5, TipoAscii = 2;
-
-void Aggiungi16(QByteArray& b, quint16 v) { b.append(static_cast<char>(v & 0xFF)).append(static_cast<char>(v >> 8)); }
-void Aggiungi32(QByteArray& b, quint32 v)
+// libtiff writing into memory: a growing buffer with a position.
+struct Memoria
 {
-    Aggiungi16(b, static_cast<quint16>(v & 0xFFFF));
-    Aggiungi16(b, static_cast<quint16>(v >> 16));
-}
-
-// PackBits of one row: runs of three or more equal bytes are replicated (two when they open a
-// stretch), the rest copied literally.
-void Comprimi(QByteArray& b, const uchar* riga)
-{
-    std::array<char, 2 * ByteRiga> uscita; // the worst case is ByteRiga + 2
-    qsizetype n = 0;
-    int i = 0;
-    while (i < ByteRiga) {
-        int j = i + 1;
-        while (j < ByteRiga && j - i < 128 && riga[j] == riga[i])
-            ++j;
-        if (j - i >= 2) {
-            uscita[n++] = static_cast<char>(1 - (j - i));
-            uscita[n++] = static_cast<char>(riga[i]);
-            i = j;
-            continue;
-        }
-        const int inizio = i;
-        while (i < ByteRiga && i - inizio < 128 && !(i + 2 < ByteRiga && riga[i] == riga[i + 1] && riga[i] == riga[i + 2]))
-            ++i;
-        uscita[n++] = static_cast<char>(i - inizio - 1);
-        std::memcpy(uscita.data() + n, riga + inizio, i - inizio);
-        n += i - inizio;
-    }
-    b.append(uscita.data(), n);
-}
-
-// A glyph row widened to Scala dots a dot: bit 5 * Scala - 1 is the leftmost.
-constexpr std::array<quint32, 32> Allargate = [] {
-    std::array<quint32, 32> a{};
-    for (quint32 bit = 0; bit < 32; ++bit)
-        for (int b = 0; b < 5; ++b)
-            if (bit & (0x10u >> b))
-                a[bit] |= ((1u << Scala) - 1) << ((4 - b) * Scala);
-    return a;
-}();
-static_assert(5 * Scala + 7 <= 24, "a glyph row must fit three bytes wherever it starts");
-
-// One line of text blackened into a band AltezzaCarattere rows high, starting at column x.
-void Disegna(uchar* banda, const QString& testo, int x)
-{
-    for (const QChar c : testo) {
-        if (x + PassoCarattere > static_cast<int>(LarghezzaFax))
-            break;
-        const std::array<quint8, 8>& glifo = Glifo(c.unicode());
-        const quint32 spostamento = 24 - 5 * Scala - static_cast<quint32>(x % 8);
-        for (int r = 0; r < 8; ++r) {
-            const quint32 punti = Allargate[glifo[r] & 0x1F] << spostamento;
-            uchar* byte = banda + r * Scala * ByteRiga + x / 8;
-            byte[0] |= static_cast<uchar>(punti >> 16);
-            byte[1] |= static_cast<uchar>(punti >> 8);
-            byte[2] |= static_cast<uchar>(punti);
-        }
-        x += PassoCarattere;
-    }
-    // Each dot is Scala rows tall too.
-    for (int r = 0; r < 8; ++r)
-        for (int dy = 1; dy < Scala; ++dy)
-            std::memcpy(banda + (r * Scala + dy) * ByteRiga, banda + r * Scala * ByteRiga, ByteRiga);
-}
-
-struct Testo
-{
-    int Riga, Colonna;
-    QString Contenuto;
+    QByteArray Dati;
+    qint64 Posizione = 0;
 };
 
-// The compressed strip of one page with `testi` (top to bottom) drawn on it.
-QByteArray Striscia(const QList<Testo>& testi)
+tsize_t Leggi(thandle_t h, tdata_t dati, tsize_t quanti)
 {
-    static const QByteArray Bianche = QByteArray(RigaBianca, sizeof RigaBianca).repeated(AltezzaFax);
-    QByteArray b;
-    b.reserve(Bianche.size() + testi.size() * AltezzaCarattere * 40);
-    std::array<uchar, AltezzaCarattere * ByteRiga> banda;
-    int y = 0;
-    for (const Testo& t : testi) {
-        b.append(Bianche.constData(), (t.Riga - y) * qsizetype(sizeof RigaBianca));
-        banda.fill(0);
-        Disegna(banda.data(), t.Contenuto, t.Colonna);
-        for (int r = 0; r < AltezzaCarattere; ++r) {
-            const uchar* riga = banda.data() + r * ByteRiga;
-            if (std::all_of(riga, riga + ByteRiga, [](uchar v) { return v == 0; }))
-                b.append(RigaBianca, sizeof RigaBianca);
-            else
-                Comprimi(b, riga);
-        }
-        y = t.Riga + AltezzaCarattere;
-    }
-    b.append(Bianche.constData(), (static_cast<int>(AltezzaFax) - y) * qsizetype(sizeof RigaBianca));
-    return b;
+    auto* m = static_cast<Memoria*>(h);
+    const qint64 n = std::clamp<qint64>(m->Dati.size() - m->Posizione, 0, quanti);
+    std::memcpy(dati, m->Dati.constData() + m->Posizione, static_cast<size_t>(n));
+    m->Posizione += n;
+    return static_cast<tsize_t>(n);
 }
 
-// The lines as they will be drawn: no control characters, one '?' per character outside the
-// basic plane, cut at a space (or hard) to fit the width.
-QStringList Impagina(const QStringList& righe)
+tsize_t Scrivi(thandle_t h, tdata_t dati, tsize_t quanti)
 {
-    QStringList risultato;
+    auto* m = static_cast<Memoria*>(h);
+    const qint64 fine = m->Posizione + quanti;
+    if (fine > m->Dati.size())
+        m->Dati.resize(static_cast<qsizetype>(fine));
+    std::memcpy(m->Dati.data() + m->Posizione, dati, static_cast<size_t>(quanti));
+    m->Posizione = fine;
+    return quanti;
+}
+
+toff_t Sposta(thandle_t h, toff_t posizione, int da)
+{
+    auto* m = static_cast<Memoria*>(h);
+    const qint64 base = da == SEEK_SET ? 0 : da == SEEK_CUR ? m->Posizione : m->Dati.size();
+    m->Posizione = std::max<qint64>(0, base + static_cast<qint64>(posizione));
+    return static_cast<toff_t>(m->Posizione);
+}
+
+int Chiudi(thandle_t) { return 0; }
+toff_t Misura(thandle_t h) { return static_cast<toff_t>(static_cast<Memoria*>(h)->Dati.size()); }
+int Mappa(thandle_t, tdata_t*, toff_t*) { return 0; }
+void Smappa(thandle_t, tdata_t, toff_t) {}
+
+// Bits in reverse order: cairo's A1 puts the first dot in a byte's lowest bit on this
+// platform, a TIFF in its highest.
+const std::array<unsigned char, 256>& Rovescio()
+{
+    static const std::array<unsigned char, 256> tabella = [] {
+        std::array<unsigned char, 256> t{};
+        for (int i = 0; i < 256; ++i) {
+            unsigned char r = 0;
+            for (int b = 0; b < 8; ++b)
+                if (i & (1 << b))
+                    r |= static_cast<unsigned char>(0x80 >> b);
+            t[static_cast<size_t>(i)] = r;
+        }
+        return t;
+    }();
+    return tabella;
+}
+
+double Larghezza(cairo_t* cr, const QString& testo)
+{
+    cairo_text_extents_t misura;
+    cairo_text_extents(cr, testo.toUtf8().constData(), &misura);
+    return misura.x_advance;
+}
+
+// The lines of the fax wrapped at the frame's width (cut anywhere for a word too long).
+QStringList Spezza(cairo_t* cr, const QStringList& righe, double larghezza)
+{
+    QStringList pezzi;
     for (const QString& riga : righe) {
-        QString pulita;
-        pulita.reserve(riga.size());
-        for (qsizetype i = 0; i < riga.size(); ++i) {
-            const QChar c = riga.at(i);
-            if (c.isHighSurrogate() && i + 1 < riga.size() && riga.at(i + 1).isLowSurrogate())
-                ++i;
-            pulita.append(c == u'\t' ? u' ' : c.isSurrogate() || (c.unicode() < 0x20 && c != u'\n') ? u'?' : c);
+        QString corrente;
+        for (const QString& parola : riga.split(u' ')) {
+            const QString prova = corrente.isEmpty() ? parola : corrente + u' ' + parola;
+            if (Larghezza(cr, prova) <= larghezza) {
+                corrente = prova;
+                continue;
+            }
+            if (!corrente.isEmpty())
+                pezzi << corrente;
+            corrente = parola;
+            while (corrente.size() > 1 && Larghezza(cr, corrente) > larghezza) {
+                qsizetype taglio = corrente.size() - 1;
+                while (taglio > 1 && Larghezza(cr, corrente.left(taglio)) > larghezza)
+                    --taglio;
+                pezzi << corrente.left(taglio);
+                corrente = corrente.mid(taglio);
+            }
         }
-        for (QStringView parte : QStringView(pulita).split(u'\n')) {
-            do {
-                qsizetype taglio = parte.size();
-                if (taglio > CaratteriPerRiga) {
-                    taglio = parte.left(CaratteriPerRiga + 1).lastIndexOf(u' ');
-                    if (taglio <= 0)
-                        taglio = CaratteriPerRiga;
-                }
-                risultato << parte.left(taglio).toString();
-                parte = parte.mid(taglio);
-                if (!parte.isEmpty() && parte.front() == u' ')
-                    parte = parte.mid(1);
-            } while (!parte.isEmpty());
-        }
+        pezzi << corrente;
     }
-    return risultato;
+    return pezzi;
 }
 
-quint32 Leggi(const QByteArray& b, qsizetype posizione, int byte, bool intel)
+void Testo(cairo_t* cr, double x, double y, const QString& testo)
 {
-    quint32 v = 0;
-    for (int i = 0; i < byte; ++i) {
-        const quint32 c = static_cast<uchar>(b.at(posizione + (intel ? byte - 1 - i : i)));
-        v = v << 8 | c;
-    }
-    return v;
+    cairo_move_to(cr, x, y);
+    cairo_show_text(cr, testo.toUtf8().constData());
 }
 
 } // namespace
 
 QByteArray Fax(const QStringList& righe, int pagine)
 {
-    pagine = std::clamp(pagine, 1, MassimoPagine);
-    const QStringList testo = Impagina(righe);
-    QByteArray tiff("II*\0", 4);
-    Aggiungi32(tiff, 8);
-    for (int p = 0; p < pagine; ++p) {
-        QList<Testo> testi;
-        for (qsizetype r = qsizetype(p) * RighePerPagina; r < testo.size() && r < qsizetype(p + 1) * RighePerPagina; ++r)
-            testi.append({MargineAlto + static_cast<int>(r % RighePerPagina) * Interlinea, MargineSinistro, testo.at(r)});
-        const QString piede = u"Pagina %1 di %2"_s.arg(p + 1).arg(pagine);
-        testi.append({RigaPiede, (static_cast<int>(LarghezzaFax) - static_cast<int>(piede.size()) * PassoCarattere) / 2, piede});
-        const QByteArray striscia = Striscia(testi);
+    pagine = std::clamp(pagine, 1, 1000);
+    cairo_surface_t* superficie = cairo_image_surface_create(CAIRO_FORMAT_A1, LarghezzaFax, AltezzaFax);
+    cairo_t* cr = cairo_create(superficie);
+    cairo_font_options_t* opzioni = cairo_font_options_create();
+    cairo_font_options_set_antialias(opzioni, CAIRO_ANTIALIAS_NONE); // one bit a dot
+    cairo_font_options_set_hint_style(opzioni, CAIRO_HINT_STYLE_FULL);
+    cairo_set_font_options(cr, opzioni);
+    cairo_font_options_destroy(opzioni);
+    cairo_set_antialias(cr, CAIRO_ANTIALIAS_NONE);
+    cairo_select_font_face(cr, Carattere, CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
+    cairo_set_font_size(cr, Corpo);
+    const QStringList pezzi = Spezza(cr, righe, LarghezzaFax - 2 * Margine);
+    const int perPagina = static_cast<int>((AltezzaFax - 2 * Margine - 2 * Interlinea) / Interlinea);
 
-        // The directory, its out-of-line values, then the strip; the next page starts on a word boundary.
-        constexpr quint16 Voci = 15;
-        const auto ifd = static_cast<quint32>(tiff.size());
-        const quint32 valori = ifd + 2 + Voci * 12 + 4, dati = valori + 24;
-        const quint32 fine = dati + static_cast<quint32>(striscia.size()), prossima = p + 1 < pagine ? fine + fine % 2 : 0;
-        Aggiungi16(tiff, Voci);
-        const auto voce = [&tiff](quint16 etichetta, quint16 tipo, quint32 quanti, quint32 valore) {
-            Aggiungi16(tiff, etichetta);
-            Aggiungi16(tiff, tipo);
-            Aggiungi32(tiff, quanti);
-            Aggiungi32(tiff, valore);
-        };
-        voce(254, TipoLong, 1, 2);                 // NewSubfileType: a page of a multi-page document
-        voce(256, TipoShort, 1, LarghezzaFax);     // ImageWidth
-        voce(257, TipoShort, 1, AltezzaFax);       // ImageLength
-        voce(258, TipoShort, 1, 1);                // BitsPerSample
-        voce(259, TipoShort, 1, 32773);            // Compression: PackBits
-        voce(262, TipoShort, 1, 0);                // PhotometricInterpretation: WhiteIsZero
-        voce(273, TipoLong, 1, dati);              // StripOffsets
-        voce(277, TipoShort, 1, 1);                // SamplesPerPixel
-        voce(278, TipoLong, 1, AltezzaFax);        // RowsPerStrip
-        voce(279, TipoLong, 1, fine - dati);       // StripByteCounts
-        voce(282, TipoRational, 1, valori);        // XResolution
-        voce(283, TipoRational, 1, valori + 8);    // YResolution
-        voce(296, TipoShort, 1, 2);                // ResolutionUnit: inch
-        voce(297, TipoShort, 2, static_cast<quint32>(pagine) << 16 | static_cast<quint32>(p)); // PageNumber
-        voce(305, TipoAscii, 7, valori + 16);      // Software
-        Aggiungi32(tiff, prossima);
-        for (const quint32 v : {204u, 1u, 196u, 1u})
-            Aggiungi32(tiff, v);
-        tiff.append("PlxSrv\0", 8);
-        tiff.append(striscia);
-        if (fine % 2)
-            tiff.append('\0');
-    }
-    return tiff;
-}
-
-QList<Pagina> LeggiPagine(const QByteArray& tiff)
-{
-    if (tiff.size() < 8 || (!tiff.startsWith(QByteArrayView("II*\0", 4)) && !tiff.startsWith(QByteArrayView("MM\0*", 4))))
-        return {};
-    const bool intel = tiff.at(0) == 'I';
-    QList<Pagina> pagine;
-    QSet<quint32> visitate;
-    quint32 ifd = Leggi(tiff, 4, 4, intel);
-    while (ifd != 0) {
-        if (visitate.contains(ifd) || qsizetype(ifd) + 2 > tiff.size())
-            return {}; // a loop, or a directory past the end
-        visitate.insert(ifd);
-        const qsizetype voci = Leggi(tiff, ifd, 2, intel), fine = qsizetype(ifd) + 2 + voci * 12;
-        if (fine + 4 > tiff.size())
-            return {};
-        Pagina pagina{0, 0};
-        quint32 striscia = 0, byteStriscia = 0;
-        for (qsizetype voce = qsizetype(ifd) + 2; voce < fine; voce += 12) {
-            const quint32 tipo = Leggi(tiff, voce + 2, 2, intel);
-            if (Leggi(tiff, voce + 4, 4, intel) != 1 || (tipo != TipoShort && tipo != TipoLong))
-                continue; // only single numbers matter here
-            const quint32 valore = Leggi(tiff, voce + 8, tipo == TipoShort ? 2 : 4, intel);
-            switch (Leggi(tiff, voce, 2, intel)) {
-            case 256: pagina.Larghezza = valore; break;
-            case 257: pagina.Altezza = valore; break;
-            case 273: striscia = valore; break;
-            case 279: byteStriscia = valore; break;
-            default: break;
-            }
+    Memoria memoria;
+    TIFF* tiff = TIFFClientOpen("fax", "w", &memoria, Leggi, Scrivi, Sposta, Chiudi, Misura, Mappa, Smappa);
+    bool ok = tiff && cairo_status(cr) == CAIRO_STATUS_SUCCESS;
+    const std::array<unsigned char, 256>& rovescio = Rovescio();
+    std::vector<unsigned char> riga(static_cast<size_t>(LarghezzaFax / 8));
+    for (int pagina = 0; ok && pagina < pagine; ++pagina) {
+        // A blank page (alpha 0), then the text in ink (alpha 1).
+        cairo_set_operator(cr, CAIRO_OPERATOR_CLEAR);
+        cairo_paint(cr);
+        cairo_set_operator(cr, CAIRO_OPERATOR_OVER);
+        cairo_set_source_rgba(cr, 0, 0, 0, 1);
+        for (int i = 0; i < perPagina; ++i) {
+            const qsizetype indice = static_cast<qsizetype>(pagina) * perPagina + i;
+            if (indice >= pezzi.size())
+                break;
+            Testo(cr, Margine, Margine + Interlinea * (i + 1), pezzi[indice]);
         }
-        // A page needs a size, and its only strip (when it has just one) must be in the file.
-        if (pagina.Larghezza == 0 || pagina.Altezza == 0 || qsizetype(striscia) + byteStriscia > tiff.size())
-            return {};
-        pagine.append(pagina);
-        ifd = Leggi(tiff, fine, 4, intel);
+        Testo(cr, Margine, AltezzaFax - Margine, QStringLiteral("Pagina %1 di %2").arg(pagina + 1).arg(pagine));
+        cairo_surface_flush(superficie);
+
+        TIFFSetField(tiff, TIFFTAG_SUBFILETYPE, FILETYPE_PAGE);
+        TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, static_cast<uint32_t>(LarghezzaFax));
+        TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, static_cast<uint32_t>(AltezzaFax));
+        TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, 1);
+        TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, 1);
+        TIFFSetField(tiff, TIFFTAG_COMPRESSION, COMPRESSION_CCITTFAX4);
+        TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISWHITE);
+        TIFFSetField(tiff, TIFFTAG_FILLORDER, FILLORDER_MSB2LSB);
+        TIFFSetField(tiff, TIFFTAG_XRESOLUTION, static_cast<float>(RisoluzioneX));
+        TIFFSetField(tiff, TIFFTAG_YRESOLUTION, static_cast<float>(RisoluzioneY));
+        TIFFSetField(tiff, TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH);
+        TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, static_cast<uint32_t>(AltezzaFax));
+        TIFFSetField(tiff, TIFFTAG_PAGENUMBER, static_cast<uint16_t>(pagina), static_cast<uint16_t>(pagine));
+        const unsigned char* dati = cairo_image_surface_get_data(superficie);
+        const int passo = cairo_image_surface_get_stride(superficie);
+        for (int y = 0; ok && y < AltezzaFax; ++y) {
+            const unsigned char* sorgente = dati + static_cast<ptrdiff_t>(y) * passo;
+            for (size_t x = 0; x < riga.size(); ++x)
+                riga[x] = rovescio[sorgente[x]];
+            ok = TIFFWriteScanline(tiff, riga.data(), static_cast<uint32_t>(y), 0) == 1;
+        }
+        ok = ok && TIFFWriteDirectory(tiff) == 1;
     }
-    return pagine;
+    if (tiff)
+        TIFFClose(tiff);
+    cairo_destroy(cr);
+    cairo_surface_destroy(superficie);
+    return ok ? memoria.Dati : QByteArray();
 }
 
 } // namespace modTiff

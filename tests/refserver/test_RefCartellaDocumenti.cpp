@@ -8,7 +8,6 @@
 #include "modDemo.h"
 #include "modProprieta.h"
 #include "modDisco.h"
-#include "modTiff.h"
 
 #include "Selezione.h"
 
@@ -50,6 +49,16 @@ QStringList Decomprimi(const QString& archivio, const QString& nome)
     }
     const QString testo = QString::fromUtf8(unzip.readAllStandardOutput());
     return nome.isEmpty() ? testo.split(u'\n', Qt::SkipEmptyParts) : testo.split(u'\n');
+}
+
+// The pages of a TIFF, as Debian's tiffinfo counts them.
+int PagineTiff(const QString& file)
+{
+    QProcess tiffinfo;
+    tiffinfo.start(u"tiffinfo"_s, {file});
+    if (!tiffinfo.waitForFinished(10000) || tiffinfo.exitCode() != 0)
+        return -1;
+    return static_cast<int>(tiffinfo.readAllStandardOutput().count("TIFF Directory at offset"));
 }
 
 class Cartelle : public ::testing::Test
@@ -204,7 +213,7 @@ TEST_F(Cartelle, DocumentObjectPathsAndCounters)
     EXPECT_TRUE(QFileInfo(Fax().CartellaDocumentoDi(id)).isDir());
     const QString tif = Fax().FileOutputDi(id);
     ASSERT_FALSE(tif.isEmpty());
-    EXPECT_EQ(modTiff::LeggiPagine(Leggi(tif)).size(), std::clamp(Fax().Trova(id)->Pagine, 1, 3));
+    EXPECT_EQ(PagineTiff(tif), std::clamp(Fax().Trova(id)->Pagine, 1, 3));
     EXPECT_EQ(Fax().DocumentoXml(u"FAX-999999"_s), QString());
     EXPECT_EQ(Fax().CartellaDocumentoDi(u"FAX-999999"_s), QString());
 
@@ -227,7 +236,7 @@ TEST_F(Cartelle, WorkersMoveDocumentsAndWriteOutputs)
     mServer->Lavoratori().Lavora();
     for (const QString& id : daConvertire) {
         EXPECT_EQ(Fax().Trova(id)->Coda, 2);
-        EXPECT_FALSE(modTiff::LeggiPagine(Leggi(Fax().FileOutputDi(id))).isEmpty());
+        EXPECT_GE(PagineTiff(Fax().FileOutputDi(id)), 1);
     }
     mServer->Lavoratori().Lavora();
     for (const QString& id : emailDaConvertire)
