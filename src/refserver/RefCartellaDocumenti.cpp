@@ -437,7 +437,10 @@ QString RefCartellaDocumenti::Crea(DatiDocumento d, const std::vector<FileNuovo>
         d.FileLog = d.Id + u".log"_s;
     const QString finale = CartellaDi(d);
     const QString provvisoria = CartellaCoda(d.Coda) + u"/."_s + d.Id + u".nuovo"_s;
-    QDir(provvisoria).removeRecursively();
+    // One left by an earlier attempt may hold a job's files: never removed here (a start
+    // sets it aside or puts its files back).
+    if (modDisco::Occupato(provvisoria))
+        return QStringLiteral("creazione di %1 già avviata in %2").arg(d.Id, provvisoria);
     QString errore;
     if (!modDisco::CreaCartella(provvisoria, &errore))
         return QStringLiteral("impossibile creare %1").arg(errore);

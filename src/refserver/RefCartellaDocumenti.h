@@ -76,6 +76,8 @@ public:
     QString CartellaDi(const DatiDocumento& d) const;
     // A new id for this folder ("FAX-000123").
     QString NuovoId();
+    // The hidden folder in which a creation of `id` in queue 0 builds the document.
+    QString CartellaNuova(const QString& id) const { return CartellaCoda(0) + QStringLiteral("/.") + id + QStringLiteral(".nuovo"); }
 
     // The description file's text of `d`, whose folder is `cartella`.
     static QByteArray TestoDescrizione(const DatiDocumento& d, const QString& cartella);

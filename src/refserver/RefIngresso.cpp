@@ -113,7 +113,10 @@ bool RefIngresso::Prendi(const QString& base)
         Respingi(base, u"manca il corpo (.bpx)"_s);
         return false;
     }
-    d.Id = mDocumenti.NuovoId();
+    // A job whose creation failed keeps the id it was given: retries use up no new ones.
+    d.Id = mIdInAttesa.value(base);
+    if (d.Id.isEmpty() || mDocumenti.Trova(d.Id) || modDisco::Occupato(mDocumenti.CartellaNuova(d.Id)))
+        d.Id = mDocumenti.NuovoId();
     d.Coda = 0;
     d.Stato = u"In attesa"_s;
     d.Inserito = QDateTime::currentDateTime();
@@ -127,10 +130,12 @@ bool RefIngresso::Prendi(const QString& base)
     }
     const QString id = d.Id;
     if (const QString errore2 = mDocumenti.Crea(std::move(d), nuovi); !errore2.isEmpty()) {
+        mIdInAttesa.insert(base, id);
         mServizio.Log().Scrivi(modRigaLog::LivelloErrore,
                                QStringLiteral("Lavoro %1 non preso in carico: %2").arg(QFileInfo(base).fileName(), errore2));
         return false;
     }
+    mIdInAttesa.remove(base);
     mServizio.Log().Scrivi(modRigaLog::LivelloInformazione,
                            QStringLiteral("Lavoro %1 preso in carico come documento %2").arg(QFileInfo(base).fileName(), id));
     return true;
@@ -154,6 +159,9 @@ void RefIngresso::Respingi(const QString& base, const QString& motivo)
         if (modDisco::Occupato(da) && !modDisco::Rinomina(da, destinazione + QString::fromLatin1(estensione), &errore))
             mLogServer.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("Impossibile mettere da parte %1: %2").arg(da, errore));
     }
+    QString errore;
+    if (!modDisco::SincronizzaCartella(mRespinti, &errore) || !modDisco::SincronizzaCartella(mCartella, &errore))
+        mLogServer.Scrivi(modRigaLog::LivelloErrore, errore);
     const QString riga = QStringLiteral("Lavoro %1 respinto, %2; messo da parte in %3").arg(nome, motivo, mRespinti);
     mServizio.Log().Scrivi(modRigaLog::LivelloErrore, riga);
     mLogServer.Scrivi(modRigaLog::LivelloErrore, mServizio.Chiave() + u": "_s + riga);

@@ -2,6 +2,7 @@
 
 #include <QFileSystemWatcher>
 #include <QObject>
+#include <QHash>
 #include <QSet>
 #include <QTimer>
 
@@ -48,4 +49,5 @@ private:
     QTimer mTimer;
     QTimer mRitardo;
     QSet<QString> mOrfani; // bodies waiting without a header, already reported
+    QHash<QString, QString> mIdInAttesa; // job base name -> the id its failed creation had
 };

@@ -400,6 +400,7 @@ TEST_F(Cartelle, AFaultAtAnyStepOfTakingAJobLosesNothingAndSplitsNothing)
     h.ScriviTesto(u"PROPRIETA"_s, u"Descrizione"_s, u"Fax nel guasto"_s);
     h.ScriviTesto(u"FAX"_s, u"NumeroFax"_s, u"5551234"_s);
     int passo = 1;
+    QString ultimoId;
     for (bool guastata = true; guastata; ++passo) {
         const QString base = ingresso->Cartella() + u"/lavoro-"_s + QString::number(passo);
         const QByteArray corpo = "Corpo del lavoro " + QByteArray::number(passo);
@@ -423,10 +424,14 @@ TEST_F(Cartelle, AFaultAtAnyStepOfTakingAJobLosesNothingAndSplitsNothing)
         for (qint32 coda = 0; coda < Fax().Definizione().NumeroCode; ++coda)
             EXPECT_TRUE(QDir(Fax().Radice() + u"/Coda_"_s + QString::number(coda)).entryList({u".*.nuovo"_s}, QDir::Dirs | QDir::Hidden).isEmpty())
                 << "step " << passo << ": a creation left behind";
-        // With the disk back, the job is taken once, whole.
+        // With the disk back, the job is taken once, whole, and failed tries used up no id.
         ingresso->Scansiona();
         ASSERT_EQ(Fax().Totale(), prima + 1) << "step " << passo;
         const QString id = Fax().Coda(0).last();
+        if (!ultimoId.isEmpty()) {
+            EXPECT_EQ(id.mid(4).toInt(), ultimoId.mid(4).toInt() + 1) << "step " << passo;
+        }
+        ultimoId = id;
         EXPECT_EQ(Leggi(Fax().CartellaDocumentoDi(id) + u'/' + id + u".bpx"_s), corpo) << "step " << passo;
         ControllaCoerenza(Fax());
     }
