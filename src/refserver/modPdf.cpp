@@ -1,5 +1,7 @@
 #include "modPdf.h"
 
+#include "modTestoCairo.h"
+
 #include <cairo-pdf.h>
 #include <cairo.h>
 
@@ -16,39 +18,6 @@ cairo_status_t Accoda(void* destinazione, const unsigned char* dati, unsigned in
 {
     static_cast<QByteArray*>(destinazione)->append(reinterpret_cast<const char*>(dati), static_cast<qsizetype>(quanti));
     return CAIRO_STATUS_SUCCESS;
-}
-
-double Larghezza(cairo_t* cr, const QString& testo)
-{
-    cairo_text_extents_t misura;
-    cairo_text_extents(cr, testo.toUtf8().constData(), &misura);
-    return misura.x_advance;
-}
-
-// `riga` cut at spaces (or anywhere, for a word wider than the frame) into pieces that fit.
-QStringList Spezza(cairo_t* cr, const QString& riga, double larghezza)
-{
-    QStringList pezzi;
-    QString corrente;
-    for (const QString& parola : riga.split(u' ')) {
-        const QString prova = corrente.isEmpty() ? parola : corrente + u' ' + parola;
-        if (Larghezza(cr, prova) <= larghezza) {
-            corrente = prova;
-            continue;
-        }
-        if (!corrente.isEmpty())
-            pezzi << corrente;
-        corrente = parola;
-        while (Larghezza(cr, corrente) > larghezza && corrente.size() > 1) {
-            qsizetype taglio = corrente.size() - 1;
-            while (taglio > 1 && Larghezza(cr, corrente.left(taglio)) > larghezza)
-                --taglio;
-            pezzi << corrente.left(taglio);
-            corrente = corrente.mid(taglio);
-        }
-    }
-    pezzi << corrente;
-    return pezzi;
 }
 
 } // namespace
@@ -78,15 +47,14 @@ QByteArray Documento(const QString& titolo, const QStringList& righe)
     if (!titolo.isEmpty()) {
         cairo_select_font_face(cr, Carattere, CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_BOLD);
         cairo_set_font_size(cr, CorpoTitolo);
-        for (const QString& pezzo : Spezza(cr, titolo, larghezza))
+        for (const QString& pezzo : modTestoCairo::Spezza(cr, {titolo}, larghezza))
             scrivi(pezzo, InterlineaTitolo);
         y += StaccoTitolo;
     }
     cairo_select_font_face(cr, Carattere, CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
     cairo_set_font_size(cr, CorpoTesto);
-    for (const QString& riga : righe)
-        for (const QString& pezzo : Spezza(cr, riga, larghezza))
-            scrivi(pezzo, InterlineaTesto);
+    for (const QString& pezzo : modTestoCairo::Spezza(cr, righe, larghezza))
+        scrivi(pezzo, InterlineaTesto);
     cairo_show_page(cr);
     const bool ok = cairo_status(cr) == CAIRO_STATUS_SUCCESS;
     cairo_destroy(cr);

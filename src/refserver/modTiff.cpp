@@ -1,5 +1,7 @@
 #include "modTiff.h"
 
+#include "modTestoCairo.h"
+
 #include <cairo.h>
 #include <tiffio.h>
 
@@ -73,41 +75,6 @@ const std::array<unsigned char, 256>& Rovescio()
     return tabella;
 }
 
-double Larghezza(cairo_t* cr, const QString& testo)
-{
-    cairo_text_extents_t misura;
-    cairo_text_extents(cr, testo.toUtf8().constData(), &misura);
-    return misura.x_advance;
-}
-
-// The lines of the fax wrapped at the frame's width (cut anywhere for a word too long).
-QStringList Spezza(cairo_t* cr, const QStringList& righe, double larghezza)
-{
-    QStringList pezzi;
-    for (const QString& riga : righe) {
-        QString corrente;
-        for (const QString& parola : riga.split(u' ')) {
-            const QString prova = corrente.isEmpty() ? parola : corrente + u' ' + parola;
-            if (Larghezza(cr, prova) <= larghezza) {
-                corrente = prova;
-                continue;
-            }
-            if (!corrente.isEmpty())
-                pezzi << corrente;
-            corrente = parola;
-            while (corrente.size() > 1 && Larghezza(cr, corrente) > larghezza) {
-                qsizetype taglio = corrente.size() - 1;
-                while (taglio > 1 && Larghezza(cr, corrente.left(taglio)) > larghezza)
-                    --taglio;
-                pezzi << corrente.left(taglio);
-                corrente = corrente.mid(taglio);
-            }
-        }
-        pezzi << corrente;
-    }
-    return pezzi;
-}
-
 void Testo(cairo_t* cr, double x, double y, const QString& testo)
 {
     cairo_move_to(cr, x, y);
@@ -129,7 +96,7 @@ QByteArray Fax(const QStringList& righe, int pagine)
     cairo_set_antialias(cr, CAIRO_ANTIALIAS_NONE);
     cairo_select_font_face(cr, Carattere, CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
     cairo_set_font_size(cr, Corpo);
-    const QStringList pezzi = Spezza(cr, righe, LarghezzaFax - 2 * Margine);
+    const QStringList pezzi = modTestoCairo::Spezza(cr, righe, LarghezzaFax - 2 * Margine);
     const int perPagina = static_cast<int>((AltezzaFax - 2 * Margine - 2 * Interlinea) / Interlinea);
 
     Memoria memoria;
