@@ -2,6 +2,7 @@
 // process runs the step and ends itself (_exit, no clean-up) just before the Nth file
 // operation; the next start must find every job either taken whole or waiting whole, every
 // document in exactly one queue, and nothing half-made.
+#include "../refserver/Coerenza.h"
 #include "PxIntestazioneHpx.h"
 #include "RefCartellaDocumenti.h"
 #include "RefIngresso.h"
@@ -68,26 +69,6 @@ QByteArray Leggi(const QString& file)
 {
     QFile f(file);
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
-// Every document of `c` in exactly one queue on disk, as the index says.
-void ControllaCoerenza(const RefCartellaDocumenti& c)
-{
-    QHash<QString, qint32> disco;
-    for (qint32 coda = 0; coda < c.Definizione().NumeroCode; ++coda) {
-        const QDir cartella(c.Radice() + u"/Coda_"_s + QString::number(coda));
-        for (const QString& id : cartella.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-            EXPECT_FALSE(disco.contains(id)) << qPrintable(id) << " in two queues";
-            disco.insert(id, coda);
-        }
-        EXPECT_TRUE(cartella.entryList({u".*"_s}, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).isEmpty())
-            << "left half-made in queue " << coda;
-    }
-    EXPECT_EQ(disco.size(), c.Totale());
-    for (auto it = disco.cbegin(); it != disco.cend(); ++it) {
-        ASSERT_NE(c.Trova(it.key()), nullptr) << qPrintable(it.key());
-        EXPECT_EQ(c.Trova(it.key())->Coda, it.value());
-    }
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 #include "modProprieta.h"
 #include "modDisco.h"
 
+#include "Coerenza.h"
 #include "Selezione.h"
 
 #include <gtest/gtest.h>
@@ -76,37 +77,6 @@ protected:
         mServer->Lavoratori().ImpostaPercentualeRespinti(0);
     }
     RefCartellaDocumenti& Fax() const { return *mServer->Cartella(GenereCartella::Fax); }
-
-    // What lies on disk: id -> queue, and every id seen twice.
-    std::pair<QHash<QString, qint32>, QStringList> Disco(const RefCartellaDocumenti& c) const
-    {
-        QHash<QString, qint32> visti;
-        QStringList doppi;
-        for (qint32 coda = 0; coda < c.Definizione().NumeroCode; ++coda)
-            for (const QString& id : QDir(c.Radice() + u"/Coda_"_s + QString::number(coda)).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-                if (visti.contains(id))
-                    doppi << id;
-                visti.insert(id, coda);
-            }
-        return {visti, doppi};
-    }
-
-    void ControllaCoerenza(const RefCartellaDocumenti& c) const
-    {
-        const auto [disco, doppi] = Disco(c);
-        EXPECT_TRUE(doppi.isEmpty()) << qPrintable(doppi.join(u' '));
-        EXPECT_EQ(disco.size(), c.Totale()) << c.Definizione().Chiave;
-        qsizetype somma = 0;
-        for (qint32 coda = 0; coda < c.Definizione().NumeroCode; ++coda) {
-            somma += c.Conteggio(coda);
-            for (const QString& id : c.Coda(coda)) {
-                EXPECT_EQ(disco.value(id, -1), coda) << qPrintable(id);
-                ASSERT_NE(c.Trova(id), nullptr);
-                EXPECT_EQ(c.Trova(id)->Coda, coda);
-            }
-        }
-        EXPECT_EQ(somma, c.Totale());
-    }
 
     QTemporaryDir mDir;
     std::unique_ptr<RefServer> mServer;
