@@ -15,26 +15,6 @@ struct Registro
 
 } // namespace
 
-TEST(PxImpostazioni, NewUserGetsTheDefaults)
-{
-    Registro r;
-    PxImpostazioni i;
-    i.Carica(r.settings);
-    EXPECT_TRUE(i.RealTimeUpdateContenents);
-    EXPECT_EQ(i.VisualTheme, 4);
-    EXPECT_EQ(i.IconSize, 24);
-    EXPECT_FALSE(i.ShowTextBelowIcons);
-    EXPECT_FALSE(i.AutoColumnSizing);
-    EXPECT_TRUE(i.CollapseGroupRow);
-    EXPECT_TRUE(i.ColumnBestFit);
-    EXPECT_EQ(i.ColumnBestFitMode, 1);
-    EXPECT_FALSE(i.ColumnBestFitContinuous);
-    EXPECT_TRUE(i.FullColumnScrolling);
-    EXPECT_TRUE(i.GroupRowExpandCollapseColumnBestFit);
-    EXPECT_TRUE(i.ShowProgressBar);
-    EXPECT_TRUE(i.AlternateRow);
-}
-
 TEST(PxImpostazioni, BooleansAreStoredAsMinusOneAndZero)
 {
     Registro r;

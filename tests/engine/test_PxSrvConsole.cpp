@@ -184,14 +184,6 @@ TEST_F(Engine, InizializzaSetsUpEverythingOnce)
     EXPECT_EQ(e.Stato().Codice, PxConsoleStato::Inizializzato);
 }
 
-TEST_F(Engine, IniDefaultsWhenTheFileIsMissing)
-{
-    Collega();
-    e.Inizializza();
-    EXPECT_EQ(Sonda::Contesto(e).EstensioneFileZip(), QStringLiteral(".pxz"));
-    EXPECT_FALSE(Sonda::Contesto(e).MostraStrumentiProcessi());
-}
-
 TEST_F(Engine, RefusedRequestsKeepTheState)
 {
     EXPECT_EQ(Errore([&] { e.Avvia(); }), 445);

@@ -45,42 +45,6 @@ TEST(PxConsoleResDll, UnknownIdsReturnEmptyNotNull)
     }
 }
 
-TEST(PxConsoleResDll, QuotedTextsStandAsWritten)
-{
-    const PxConsoleResDll r;
-    const std::pair<int, const char*> attesi[] = {
-        {1, "Pelorix"}, {2, "Pelorix Client"}, {200, "Servizi"}, {201, "Formati immagini"},
-        {400, "Non inizializzato"}, {402, "Avvio in corso..."}, {406, "Terminato"},
-        {1203, "Sposta"}, {1224, "Generarti"}, {4001, "Albero del server"}, {8000, "Pelorix - Console"},
-        {8003, "Apertura console in corso..."}, {8004, "ATTENDERE"}, {8005, "Chiusura console in corso..."},
-        {10000, "Impossibile avviare più istanze dell'applicazione"}, {20000, "Server inizializzato"},
-        {20001, "Server terminato"},
-    };
-    for (const auto& [id, testo] : attesi)
-        EXPECT_EQ(r.LoadDllString(id), QString::fromUtf8(testo)) << id;
-}
-
-TEST(TabellaTesti, EveryIdOfEveryRangeHasAText)
-{
-    const std::pair<int, int> intervalli[] = {
-        {1, 2}, {50, 53}, {100, 132}, {200, 234}, {300, 302}, {400, 406}, {500, 502}, {600, 608}, {700, 715},
-        {800, 802}, {900, 903}, {1000, 1005}, {1200, 1256}, {1300, 1356}, {1400, 1401}, {1500, 1506},
-        {1600, 1612}, {1700, 1714}, {1800, 1813}, {1900, 1902}, {2000, 2038}, {3000, 3099}, {3100, 3167},
-        {3200, 3299}, {3300, 3362}, {3400, 3409}, {4000, 4044}, {5000, 5045}, {7000, 7008}, {7500, 7541},
-        {8000, 8013}, {10000, 10002}, {11000, 11010}, {12000, 12010}, {20000, 20001},
-    };
-    const TabellaTesti& t = TabellaTesti::Italiano();
-    EXPECT_EQ(t.RigheScartate(), 0);
-    qsizetype attesi = 0;
-    for (const auto& [da, a] : intervalli) {
-        for (int id = da; id <= a; ++id) {
-            EXPECT_FALSE(t.Testo(id).trimmed().isEmpty()) << "missing text " << id;
-            ++attesi;
-        }
-    }
-    EXPECT_EQ(t.Conteggio(), attesi) << "the table holds ids outside its ranges";
-}
-
 TEST(TabellaTesti, ParsesEscapesCommentsAndCrLf)
 {
     const TabellaTesti t = TabellaTesti::DaTesto(

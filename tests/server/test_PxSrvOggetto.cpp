@@ -27,11 +27,8 @@ public:
 public slots:
     void RichiediElenco(quint64 n) { Richieste << n; }
     void SpostaDocumenti(quint64 n, const QString& selezione, qint32) { Richieste << n; Selezioni << selezione; }
-    void FileOutput(quint64 n, const QString&, bool conDati) { Richieste << n; ConDati = conDati; }
 signals:
     void Risposta(quint64 richiesta, qint32 esito, const QString& testo, const QByteArray& dati);
-public:
-    bool ConDati = false;
 };
 
 class Confine : public ::testing::Test
@@ -164,18 +161,6 @@ TEST_F(Confine, AListingGoesToItsCallbackAndACancelledOneToNobody)
     EXPECT_EQ(mCartella.RichiesteInAttesa(), 0);
     Gira();
     mSorgente.Rispondi(mSorgente.Richieste.last(), modContratto::Ok, {}, "<Elenco/>"); // must not crash
-}
-
-TEST_F(Confine, TheOutputFileComesAsBytesOnlyWhenTheFilesAreNotLocal)
-{
-    mCartella.FileOutput(QStringLiteral("FAX-1"), nullptr, {});
-    Gira();
-    EXPECT_FALSE(mSorgente.ConDati);
-    PxSrvCartellaDocumenti lontana(QStringLiteral("PxSrvDocFax"), QStringLiteral("PxSrvFax"), false);
-    lontana.Collega(&mSorgente);
-    lontana.FileOutput(QStringLiteral("FAX-1"), nullptr, {});
-    Gira();
-    EXPECT_TRUE(mSorgente.ConDati);
 }
 
 #include "test_PxSrvOggetto.moc"
