@@ -347,7 +347,6 @@ int RefCartellaDocumenti::Carica(const std::function<void(qint64 letti)>& avanza
                                                              .arg(Chiave(), l.Dati.Id, *nome));
             nome->clear();
         }
-        OsservaId(l.Dati.Id);
         const bool riscrivi = l.FuoriCoda;
         const QString id = l.Dati.Id;
         Inserisci(std::move(l.Dati));
