@@ -105,12 +105,3 @@ void BM_ElencoQtRemoteObjects(benchmark::State& state)
 BENCHMARK(BM_BaselineElencoNelloStessoFilo)->Unit(benchmark::kMillisecond)->UseRealTime()->MinTime(2.0);
 BENCHMARK(BM_ElencoTraFili)->Unit(benchmark::kMillisecond)->UseRealTime()->MinTime(2.0);
 BENCHMARK(BM_ElencoQtRemoteObjects)->Unit(benchmark::kMillisecond)->UseRealTime()->MinTime(2.0);
-
-int main(int argc, char** argv)
-{
-    QCoreApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}

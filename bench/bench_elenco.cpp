@@ -84,12 +84,3 @@ void BM_BaselineElencoFaxDom(benchmark::State& state)
 
 BENCHMARK(BM_ElencoFaxIndice)->Arg(2000)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_BaselineElencoFaxDom)->Arg(2000)->Arg(100000)->Unit(benchmark::kMillisecond);
-
-int main(int argc, char** argv)
-{
-    QCoreApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
