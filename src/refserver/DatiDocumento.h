@@ -1,11 +1,11 @@
 #pragma once
 
+#include "modTabellaCartelle.h"
+
 #include <QDateTime>
 #include <QList>
 #include <QString>
 
-// The seven document folders of the reference server.
-enum class GenereCartella { Stampa, Email, Fax, PFax, EFax, Pbl, Anteprima };
 
 struct Collegato
 {

@@ -55,6 +55,7 @@ QString Campo(const DatiDocumento& d, modCartelle::Campo c)
 {
     using enum modCartelle::Campo;
     switch (c) {
+    case Id: return d.Id;
     case Descrizione: return d.Descrizione;
     case Stato: return d.Stato;
     case Utente: return d.Utente;
@@ -587,12 +588,10 @@ PxRisposta RefCartellaDocumenti::Rifiuta(const QString& motivo, qint32 esito) co
 
 void RefCartellaDocumenti::AppendiNodo(QByteArray& out, const DatiDocumento& d) const
 {
-    out += "<D><F>";
-    Escape(out, d.Id);
-    out += "</F>";
-    for (const modCartelle::Campo c : mDef.Campi) {
+    out += "<D>";
+    for (const modTabellaCartelle::Colonna& c : mDef.Campi) {
         out += "<F>";
-        Escape(out, Campo(d, c));
+        Escape(out, Campo(d, c.Campo));
         out += "</F>";
     }
     out += "<C>";

@@ -4,15 +4,8 @@ namespace modCartelle {
 
 namespace {
 
-using enum Campo;
 using G = GenereCartella;
 constexpr Uscita No = Uscita::Nessuna, Pdf = Uscita::Pdf, Tif = Uscita::Tiff;
-
-constexpr Campo CampiFax[] = {Descrizione, Stato, Utente, PrefissoInternazionale, PrefissoLocale, NumeroFax, Priorita, Inserito, Elaborato};
-constexpr Campo CampiPbl[] = {Descrizione, Stato, Utente, Inserito, Elaborato};
-constexpr Campo CampiStampa[] = {Sigla, Descrizione, Stato, Utente, Numero, Stampante, Inserito, Elaborato};
-constexpr Campo CampiEmail[] = {Sigla, Descrizione, Stato, Utente, A, Cc, Ccn, Priorita, Inserito, Elaborato};
-constexpr Campo CampiAnteprima[] = {Descrizione, Stato, Utente, KeyUtente, Pagine, Ip, Inserito, Elaborato};
 
 constexpr const char* ContaStampa[] = {"DaStampare", "InStampa", "Stampati", "Respinti", "Scartati"};
 constexpr const char* ContaAnteprima[] = {"DaGenerare", "InGenerazione", "Generati", "Respinti", "Scartati"};
@@ -69,14 +62,22 @@ constexpr Passo PassiPbl[] = {
     {3, 4, "PxSrvPblVm", "Pubblicazione", No, true},
 };
 
-constexpr Definizione Tabella[] = {
-    {G::Anteprima, "PxSrvDocAnteprime", "PxSrvAnteprime", "ANT", "Anteprime", ContaAnteprima, 5, 3, 4, CampiAnteprima, PassiAnteprima},
-    {G::Stampa, "PxSrvDocStampe", "PxSrvStampe", "STP", "Stampe", ContaStampa, 5, 3, 4, CampiStampa, PassiStampa},
-    {G::Email, "PxSrvDocEmail", "PxSrvEmail", "EML", "Email", ContaEmail, 9, 7, 8, CampiEmail, PassiEmail},
-    {G::Fax, "PxSrvDocFax", "PxSrvFax", "FAX", "Fax", ContaFax, 13, 9, 10, CampiFax, PassiFax},
-    {G::PFax, "PxSrvDocPFax", "PxSrvPFax", "PFX", "Fax", ContaStampa, 5, 3, 4, CampiFax, PassiPFax},
-    {G::EFax, "PxSrvDocEFax", "PxSrvEFax", "EFX", "EFax", ContaPubblica, 7, 5, 6, CampiFax, PassiEFax},
-    {G::Pbl, "PxSrvDocPbl", "PxSrvPbl", "PBL", "Pbl", ContaPubblica, 7, 5, 6, CampiPbl, PassiPbl},
+Definizione Da(GenereCartella genere, const char* prefisso, const char* contatori,
+               std::span<const char* const> nomi, std::span<const Passo> passi)
+{
+    const modTabellaCartelle::Cartella& c = modTabellaCartelle::Di(genere);
+    return {genere, c.Chiave, c.Servizio, prefisso, contatori, nomi, static_cast<qint32>(c.Code.size()),
+            c.CodaRespinti, c.CodaScartati, c.Colonne, passi};
+}
+
+const Definizione Tabella[] = {
+    Da(G::Anteprima, "ANT", "Anteprime", ContaAnteprima, PassiAnteprima),
+    Da(G::Stampa, "STP", "Stampe", ContaStampa, PassiStampa),
+    Da(G::Email, "EML", "Email", ContaEmail, PassiEmail),
+    Da(G::Fax, "FAX", "Fax", ContaFax, PassiFax),
+    Da(G::PFax, "PFX", "Fax", ContaStampa, PassiPFax),
+    Da(G::EFax, "EFX", "EFax", ContaPubblica, PassiEFax),
+    Da(G::Pbl, "PBL", "Pbl", ContaPubblica, PassiPbl),
 };
 
 } // namespace

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "DatiDocumento.h"
+#include "modTabellaCartelle.h"
 
 #include <QStringView>
 
@@ -10,9 +11,7 @@
 // them is data (queues, stages, listing fields, counters), the mechanism is one.
 namespace modCartelle {
 
-// The listing's positional fields after the id, per kind.
-enum class Campo { Descrizione, Stato, Utente, Sigla, Numero, Stampante, A, Cc, Ccn, Priorita,
-                   PrefissoInternazionale, PrefissoLocale, NumeroFax, KeyUtente, Pagine, Ip, Inserito, Elaborato };
+using Campo = modTabellaCartelle::Campo;
 
 enum class Uscita { Nessuna, Pdf, Tiff };
 
@@ -29,6 +28,8 @@ struct Passo
     bool PuoRespingere;
 };
 
+// A folder as the server runs it: what console and server share comes from the common
+// folder table (keys, queues, listing fields); the stages and counters are the server's own.
 struct Definizione
 {
     GenereCartella Genere;
@@ -40,7 +41,7 @@ struct Definizione
     qint32 NumeroCode;
     qint32 CodaRespinti;
     qint32 CodaScartati;
-    std::span<const Campo> Campi;
+    std::span<const modTabellaCartelle::Colonna> Campi; // the listing's fields, the id first
     std::span<const Passo> Passi;
 };
 

@@ -3,11 +3,12 @@
 #include "PxXmlCallBack.h"
 
 PxSrvCartellaDocumenti::PxSrvCartellaDocumenti(const QString& chiave, const QString& chiaveServizio, bool fileLocali,
-                                               QObject* parent)
+                                               QList<qint32> codeOpzionali, QObject* parent)
     : PxSrvOggetto(modContratto::NomeCartella(chiave), parent),
       mChiave(chiave),
       mChiaveServizio(chiaveServizio),
-      mFileLocali(fileLocali)
+      mFileLocali(fileLocali),
+      mCodeOpzionali(std::move(codeOpzionali))
 {
 }
 

@@ -15,12 +15,15 @@ class PxSrvCartellaDocumenti : public PxSrvOggetto
 
 public:
     // `fileLocali`: whether the server's paths can be read here (else files come as bytes).
+    // `codeOpzionali`: the queues the server runs that a console shows only when the server has them.
     PxSrvCartellaDocumenti(const QString& chiave, const QString& chiaveServizio, bool fileLocali,
-                           QObject* parent = nullptr);
+                           QList<qint32> codeOpzionali = {}, QObject* parent = nullptr);
 
     // The folder key ("PxSrvDocFax") and the key of the service that owns it ("PxSrvFax").
     QString Chiave() const { return mChiave; }
     QString ChiaveServizio() const { return mChiaveServizio; }
+    // Whether the server runs optional queue `coda` of this folder (the fax folder's queue 12).
+    bool CodaOpzionale(qint32 coda) const { return mCodeOpzionali.contains(coda); }
 
     // A full listing, delivered to `callback` (the requester: destroying it cancels).
     void Elenca(PxXmlCallBack* callback);
@@ -43,4 +46,5 @@ private:
     QString mChiave;
     QString mChiaveServizio;
     bool mFileLocali;
+    QList<qint32> mCodeOpzionali;
 };

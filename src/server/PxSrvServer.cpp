@@ -113,8 +113,11 @@ void PxSrvServer::AlDescrizione(const PxRisposta& risposta)
             mChiavi << chiave;
             Acquisisci(servizio, true);
         } else if (genere == "Cartella" && !mCartelle.contains(chiave)) {
+            QList<qint32> opzionali;
+            for (const QString& coda : QString::fromUtf8(n.attribute("CodeOpzionali").value()).split(u' ', Qt::SkipEmptyParts))
+                opzionali << coda.toInt();
             auto* cartella = new PxSrvCartellaDocumenti(chiave, QString::fromUtf8(n.attribute("Servizio").value()),
-                                                        FileLocali(), this);
+                                                        FileLocali(), opzionali, this);
             mCartelle.insert(chiave, cartella);
             Acquisisci(cartella, true);
         } else if (genere == "Catalogo" && !mCataloghi.contains(chiave)) {

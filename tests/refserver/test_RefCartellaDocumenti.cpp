@@ -100,7 +100,7 @@ TEST_F(Cartelle, ListingShapePerFolder)
             for (const pugi::xml_node n : q.children()) {
                 const auto figli = n.children();
                 const qsizetype campi = std::distance(figli.begin(), figli.end());
-                ASSERT_EQ(campi, static_cast<qsizetype>(def.Campi.size()) + 2) << def.Chiave;
+                ASSERT_EQ(campi, static_cast<qsizetype>(def.Campi.size()) + 1) << def.Chiave;
                 const QString id = QString::fromUtf8(n.first_child().child_value());
                 const DatiDocumento* d = c->Trova(id);
                 ASSERT_NE(d, nullptr) << qPrintable(id);
