@@ -1,0 +1,919 @@
+#include "PxModelloContenuto.h"
+
+#include <QColor>
+#include <QDateTime>
+#include <QFont>
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+// yyyymmddhhmmss of "dd/MM/yyyy[ HH:mm[:ss]]"; -1 when the text is not a date.
+qint64 LeggiData(std::string_view t)
+{
+    if (t.size() != 10 && t.size() != 16 && t.size() != 19)
+        return -1;
+    if (t[2] != '/' || t[5] != '/')
+        return -1;
+    const auto cifre = [&t](size_t da, size_t n, int& v) {
+        v = 0;
+        for (size_t i = da; i < da + n; ++i) {
+            if (t[i] < '0' || t[i] > '9')
+                return false;
+            v = v * 10 + (t[i] - '0');
+        }
+        return true;
+    };
+    int g = 0, m = 0, a = 0, h = 0, mi = 0, s = 0;
+    if (!cifre(0, 2, g) || !cifre(3, 2, m) || !cifre(6, 4, a))
+        return -1;
+    if (t.size() >= 16) {
+        if (t[10] != ' ' || t[13] != ':' || !cifre(11, 2, h) || !cifre(14, 2, mi))
+            return -1;
+        if (t.size() == 19 && (t[16] != ':' || !cifre(17, 2, s)))
+            return -1;
+    }
+    if (!QDate::isValid(a, m, g) || h > 23 || mi > 59 || s > 59)
+        return -1;
+    return ((((qint64(a) * 100 + m) * 100 + g) * 100 + h) * 100 + mi) * 100 + s;
+}
+
+char Minuscola(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+// Case-insensitive first (ASCII), then byte order, so that equal means the same text.
+int ConfrontaTesti(std::string_view a, std::string_view b)
+{
+    const size_t n = std::min(a.size(), b.size());
+    for (size_t i = 0; i < n; ++i) {
+        const unsigned char x = static_cast<unsigned char>(Minuscola(a[i]));
+        const unsigned char y = static_cast<unsigned char>(Minuscola(b[i]));
+        if (x != y)
+            return x < y ? -1 : 1;
+    }
+    if (a.size() != b.size())
+        return a.size() < b.size() ? -1 : 1;
+    const int c = a.compare(b);
+    return c < 0 ? -1 : (c > 0 ? 1 : 0);
+}
+
+// A sort key that decides most comparisons alone: two bits of kind (empty date, date, text),
+// then the date's value or the text's first seven bytes folded to lower case.
+quint64 Prefisso(std::string_view testo, bool data)
+{
+    if (data) {
+        const qint64 v = LeggiData(testo);
+        return v < 0 ? 0 : (quint64(1) << 62) | quint64(v);
+    }
+    quint64 k = quint64(2) << 62;
+    for (size_t i = 0; i < 7 && i < testo.size(); ++i)
+        k |= quint64(static_cast<unsigned char>(Minuscola(testo[i]))) << (48 - 8 * i);
+    return k;
+}
+
+quint32 Hash(std::string_view s)
+{
+    quint32 h = 2166136261u;
+    for (const char c : s)
+        h = (h ^ static_cast<unsigned char>(c)) * 16777619u;
+    return h;
+}
+
+QString Utf8(std::string_view s) { return QString::fromUtf8(s.data(), static_cast<qsizetype>(s.size())); }
+
+} // namespace
+
+PxModelloContenuto::PxModelloContenuto(QObject* parent) : QAbstractItemModel(parent)
+{
+    mIndice.assign(16, 0);
+}
+
+void PxModelloContenuto::ImpostaColonne(QList<Colonna> colonne)
+{
+    beginResetModel();
+    mColonne = std::move(colonne);
+    mColonnaOrdine = -1;
+    if (mColonnaGruppo >= mColonne.size())
+        mColonnaGruppo = -1;
+    mTesto.clear();
+    mCelle.clear();
+    mRighe.clear();
+    mCollegati.clear();
+    mOrdine.clear();
+    mPosizione.clear();
+    mGruppi.clear();
+    mGruppoDaId.clear();
+    mVive = 0;
+    mTestoMorto = 0;
+    RifaiIndice();
+    endResetModel();
+}
+
+void PxModelloContenuto::ImpostaIcone(QIcon documento, QIcon collegato, std::function<QIcon(qint32)> icona)
+{
+    mIconaDocumento = std::move(documento);
+    mIconaCollegato = std::move(collegato);
+    mIcona = std::move(icona);
+    mIcone.clear();
+}
+
+void PxModelloContenuto::ImpostaTestiDate(QString oggi, QString ieri, QString nonDisponibile)
+{
+    mOggi = std::move(oggi);
+    mIeri = std::move(ieri);
+    mNonDisponibile = std::move(nonDisponibile);
+}
+
+// ---- storage
+
+std::string_view PxModelloContenuto::TestoDi(quint32 inizio, quint32 fine) const
+{
+    return {mTesto.data() + inizio, fine - inizio};
+}
+
+std::string_view PxModelloContenuto::Cella(quint32 riga, int colonna) const
+{
+    const quint32* o = mCelle.data() + mRighe[riga].Celle + colonna;
+    return TestoDi(o[0] & ~BitData, o[1] & ~BitData);
+}
+
+bool PxModelloContenuto::CellaData(quint32 riga, int colonna) const
+{
+    return (mCelle[mRighe[riga].Celle + static_cast<quint32>(colonna)] & BitData) != 0;
+}
+
+quint32 PxModelloContenuto::Scrivi(Celle celle)
+{
+    const quint32 primo = static_cast<quint32>(mCelle.size());
+    const int n = static_cast<int>(mColonne.size());
+    for (int k = 0; k < n; ++k) {
+        const std::string_view t = k < static_cast<int>(celle.size()) ? celle[static_cast<size_t>(k)] : std::string_view();
+        quint32 o = static_cast<quint32>(mTesto.size());
+        if (k > 0 && (t.empty() ? mColonne[k].Data : LeggiData(t) >= 0))
+            o |= BitData;
+        mCelle.push_back(o);
+        mTesto.insert(mTesto.end(), t.begin(), t.end());
+    }
+    mCelle.push_back(static_cast<quint32>(mTesto.size()));
+    return primo;
+}
+
+void PxModelloContenuto::Compatta()
+{
+    std::vector<char> testo;
+    testo.reserve(mTesto.size() - mTestoMorto + 1024);
+    const int n = static_cast<int>(mColonne.size());
+    for (RigaDati& r : mRighe) {
+        if (!r.Viva)
+            continue;
+        // A row's cells are contiguous: move them as one block.
+        quint32* o = mCelle.data() + r.Celle;
+        const quint32 da = o[0] & ~BitData, a = o[n] & ~BitData;
+        const quint32 nuovo = static_cast<quint32>(testo.size());
+        testo.insert(testo.end(), mTesto.begin() + da, mTesto.begin() + a);
+        for (int k = 0; k <= n; ++k)
+            o[k] = ((o[k] & ~BitData) - da + nuovo) | (o[k] & BitData);
+        for (quint32 c = r.PrimoCollegato; c < r.PrimoCollegato + r.NumeroCollegati; ++c) {
+            Collegato& l = mCollegati[c];
+            const quint32 base = static_cast<quint32>(testo.size());
+            testo.insert(testo.end(), mTesto.begin() + l.Id, mTesto.begin() + l.Fine);
+            l.Descrizione = base + (l.Descrizione - l.Id);
+            l.Fine = base + (l.Fine - l.Id);
+            l.Id = base;
+        }
+    }
+    mTesto = std::move(testo);
+    mTestoMorto = 0;
+}
+
+// ---- key index
+
+void PxModelloContenuto::RifaiIndice()
+{
+    size_t capacita = 16;
+    while (capacita < static_cast<size_t>(mVive) * 2 + 16)
+        capacita *= 2;
+    mIndice.assign(capacita, 0);
+    mOccupati = 0;
+    for (quint32 r = 0; r < mRighe.size(); ++r)
+        if (mRighe[r].Viva)
+            Indicizza(r);
+}
+
+void PxModelloContenuto::Indicizza(quint32 riga)
+{
+    if ((mOccupati + 1) * 2 > mIndice.size()) {
+        RifaiIndice(); // also indexes `riga`, which is already alive
+        return;
+    }
+    const size_t maschera = mIndice.size() - 1;
+    size_t i = Hash(Cella(riga, 0)) & maschera;
+    while (mIndice[i] != 0 && mIndice[i] != Tomba)
+        i = (i + 1) & maschera;
+    if (mIndice[i] == 0)
+        ++mOccupati;
+    mIndice[i] = riga + 1;
+}
+
+void PxModelloContenuto::Deindicizza(quint32 riga)
+{
+    const size_t maschera = mIndice.size() - 1;
+    for (size_t i = Hash(Cella(riga, 0)) & maschera; mIndice[i] != 0; i = (i + 1) & maschera)
+        if (mIndice[i] == riga + 1) {
+            mIndice[i] = Tomba;
+            return;
+        }
+}
+
+qint32 PxModelloContenuto::Riga(std::string_view chiave) const
+{
+    const size_t maschera = mIndice.size() - 1;
+    for (size_t i = Hash(chiave) & maschera; mIndice[i] != 0; i = (i + 1) & maschera) {
+        const quint32 v = mIndice[i];
+        if (v != Tomba && Cella(v - 1, 0) == chiave)
+            return static_cast<qint32>(v - 1);
+    }
+    return -1;
+}
+
+// ---- loading
+
+void PxModelloContenuto::IniziaCaricamento()
+{
+    beginResetModel();
+    mInCaricamento = true;
+    mTesto.clear();
+    mCelle.clear();
+    mRighe.clear();
+    mCollegati.clear();
+    mOrdine.clear();
+    mPosizione.clear();
+    mGruppi.clear();
+    mGruppoDaId.clear();
+    mVive = 0;
+    mTestoMorto = 0;
+    mIndice.assign(mIndice.size(), 0);
+    mOccupati = 0;
+}
+
+bool PxModelloContenuto::Aggiungi(Celle celle, quint32 colore, qint32 icona)
+{
+    if (celle.empty() || mColonne.isEmpty() || Riga(celle[0]) >= 0)
+        return false;
+    const quint32 riga = static_cast<quint32>(mRighe.size());
+    mRighe.push_back({Scrivi(celle), colore, static_cast<quint32>(mCollegati.size()), 0, icona, true});
+    ++mVive;
+    Indicizza(riga);
+    return true;
+}
+
+void PxModelloContenuto::AggiungiCollegato(std::string_view id, std::string_view descrizione)
+{
+    if (mRighe.empty())
+        return;
+    const quint32 a = static_cast<quint32>(mTesto.size());
+    mTesto.insert(mTesto.end(), id.begin(), id.end());
+    const quint32 b = static_cast<quint32>(mTesto.size());
+    mTesto.insert(mTesto.end(), descrizione.begin(), descrizione.end());
+    mCollegati.push_back({a, b, static_cast<quint32>(mTesto.size())});
+    ++mRighe.back().NumeroCollegati;
+}
+
+void PxModelloContenuto::FineCaricamento()
+{
+    if (!mInCaricamento)
+        return;
+    mOrdine.resize(mRighe.size());
+    for (quint32 r = 0; r < mRighe.size(); ++r)
+        mOrdine[r] = r;
+    Riordina();
+    mInCaricamento = false;
+    endResetModel();
+}
+
+void PxModelloContenuto::Svuota()
+{
+    IniziaCaricamento();
+    FineCaricamento();
+}
+
+// ---- order and groups
+
+int PxModelloContenuto::ConfrontaColonna(quint32 a, quint32 b, int colonna) const
+{
+    const std::string_view x = Cella(a, colonna), y = Cella(b, colonna);
+    const quint64 px = Prefisso(x, CellaData(a, colonna)), py = Prefisso(y, CellaData(b, colonna));
+    if (px != py)
+        return px < py ? -1 : 1;
+    if ((px >> 62) != 2)
+        return 0; // dates are whole in their key
+    return ConfrontaTesti(x, y);
+}
+
+int PxModelloContenuto::Confronta(quint32 a, quint32 b) const
+{
+    if (mColonnaGruppo >= 0)
+        if (const int c = ConfrontaColonna(a, b, mColonnaGruppo))
+            return c;
+    if (mColonnaOrdine >= 0)
+        if (const int c = ConfrontaColonna(a, b, mColonnaOrdine))
+            return mVerso == Qt::AscendingOrder ? c : -c;
+    return a < b ? -1 : (a > b ? 1 : 0);
+}
+
+void PxModelloContenuto::Riordina()
+{
+    // Drop the removed rows, then sort by precomputed keys; the full comparison only breaks
+    // ties of the keys.
+    std::erase_if(mOrdine, [this](quint32 r) { return !mRighe[r].Viva; });
+    if (mColonnaGruppo >= 0 || mColonnaOrdine >= 0) {
+        struct Voce
+        {
+            quint64 G, S;
+            quint32 R;
+        };
+        std::vector<Voce> voci(mOrdine.size());
+        const bool discendente = mVerso == Qt::DescendingOrder;
+        for (size_t i = 0; i < mOrdine.size(); ++i) {
+            const quint32 r = mOrdine[i];
+            const quint64 g = mColonnaGruppo >= 0 ? Prefisso(Cella(r, mColonnaGruppo), CellaData(r, mColonnaGruppo)) : 0;
+            quint64 s = mColonnaOrdine >= 0 ? Prefisso(Cella(r, mColonnaOrdine), CellaData(r, mColonnaOrdine)) : 0;
+            voci[i] = {g, discendente ? ~s : s, r};
+        }
+        std::sort(voci.begin(), voci.end(), [this, discendente](const Voce& a, const Voce& b) {
+            if (a.G != b.G)
+                return a.G < b.G;
+            if ((a.G >> 62) == 2 && mColonnaGruppo >= 0)
+                if (const int c = ConfrontaTesti(Cella(a.R, mColonnaGruppo), Cella(b.R, mColonnaGruppo)))
+                    return c < 0;
+            if (a.S != b.S)
+                return a.S < b.S;
+            const quint64 tipo = discendente ? (~a.S >> 62) : (a.S >> 62);
+            if (tipo == 2 && mColonnaOrdine >= 0)
+                if (const int c = ConfrontaTesti(Cella(a.R, mColonnaOrdine), Cella(b.R, mColonnaOrdine)))
+                    return discendente ? c > 0 : c < 0;
+            return a.R < b.R;
+        });
+        for (size_t i = 0; i < voci.size(); ++i)
+            mOrdine[i] = voci[i].R;
+    } else {
+        std::sort(mOrdine.begin(), mOrdine.end());
+    }
+    mPosizione.assign(mRighe.size(), 0);
+    for (quint32 i = 0; i < mOrdine.size(); ++i)
+        mPosizione[mOrdine[i]] = i;
+    RifaiGruppi();
+}
+
+void PxModelloContenuto::RifaiGruppi()
+{
+    mGruppi.clear();
+    mGruppoDaId.clear();
+    if (mColonnaGruppo < 0)
+        return;
+    for (quint32 i = 0; i < mOrdine.size(); ++i) {
+        if (mGruppi.empty() || ConfrontaColonna(mOrdine[mGruppi.back().Inizio], mOrdine[i], mColonnaGruppo) != 0) {
+            mGruppi.push_back({i, 0, mProssimoGruppo++});
+            mGruppoDaId.insert(mGruppi.back().Id, static_cast<quint32>(mGruppi.size() - 1));
+        }
+        ++mGruppi.back().Numero;
+    }
+}
+
+qint32 PxModelloContenuto::GruppoDellaPosizione(quint32 posizione) const
+{
+    const auto it = std::upper_bound(mGruppi.begin(), mGruppi.end(), posizione,
+                                     [](quint32 p, const Gruppo& g) { return p < g.Inizio; });
+    return static_cast<qint32>(it - mGruppi.begin()) - 1;
+}
+
+QModelIndex PxModelloContenuto::GenitoreDellaPosizione(quint32 posizione, int* rigaNelGenitore) const
+{
+    if (mColonnaGruppo < 0) {
+        *rigaNelGenitore = static_cast<int>(posizione);
+        return {};
+    }
+    const qint32 g = GruppoDellaPosizione(posizione);
+    *rigaNelGenitore = static_cast<int>(posizione - mGruppi[static_cast<size_t>(g)].Inizio);
+    return createIndex(g, 0, quintptr(0));
+}
+
+quint32 PxModelloContenuto::PosizioneNuova(quint32 riga) const
+{
+    const auto it = std::lower_bound(mOrdine.begin(), mOrdine.end(), riga,
+                                     [this](quint32 a, quint32 b) { return Confronta(a, b) < 0; });
+    return static_cast<quint32>(it - mOrdine.begin());
+}
+
+void PxModelloContenuto::Inserimento(quint32 riga)
+{
+    const quint32 p = PosizioneNuova(riga);
+    if (mPosizione.size() < mRighe.size())
+        mPosizione.resize(mRighe.size(), 0);
+    const auto inserisci = [&] {
+        mOrdine.insert(mOrdine.begin() + p, riga);
+        for (quint32 i = p; i < mOrdine.size(); ++i)
+            mPosizione[mOrdine[i]] = i;
+    };
+    if (mColonnaGruppo < 0) {
+        beginInsertRows({}, static_cast<int>(p), static_cast<int>(p));
+        inserisci();
+        endInsertRows();
+        return;
+    }
+    qint32 g = -1;
+    if (p > 0 && ConfrontaColonna(mOrdine[p - 1], riga, mColonnaGruppo) == 0)
+        g = GruppoDellaPosizione(p - 1);
+    else if (p < mOrdine.size() && ConfrontaColonna(mOrdine[p], riga, mColonnaGruppo) == 0)
+        g = GruppoDellaPosizione(p);
+    if (g < 0) {
+        g = p < mOrdine.size() ? GruppoDellaPosizione(p) : static_cast<qint32>(mGruppi.size());
+        beginInsertRows({}, g, g);
+        mGruppi.insert(mGruppi.begin() + g, {p, 0, mProssimoGruppo++});
+        mGruppoDaId.clear();
+        for (quint32 i = 0; i < mGruppi.size(); ++i)
+            mGruppoDaId.insert(mGruppi[i].Id, i);
+        endInsertRows();
+    }
+    Gruppo& gr = mGruppi[static_cast<size_t>(g)];
+    const int dentro = static_cast<int>(p - gr.Inizio);
+    beginInsertRows(createIndex(g, 0, quintptr(0)), dentro, dentro);
+    inserisci();
+    ++gr.Numero;
+    for (size_t i = static_cast<size_t>(g) + 1; i < mGruppi.size(); ++i)
+        ++mGruppi[i].Inizio;
+    endInsertRows();
+    const QModelIndex gi = createIndex(g, 0, quintptr(0));
+    emit dataChanged(gi, gi, {Qt::DisplayRole});
+}
+
+void PxModelloContenuto::Rimozione(quint32 riga)
+{
+    const quint32 p = mPosizione[riga];
+    const auto togli = [&] {
+        mOrdine.erase(mOrdine.begin() + p);
+        for (quint32 i = p; i < mOrdine.size(); ++i)
+            mPosizione[mOrdine[i]] = i;
+    };
+    if (mColonnaGruppo < 0) {
+        beginRemoveRows({}, static_cast<int>(p), static_cast<int>(p));
+        togli();
+        endRemoveRows();
+        return;
+    }
+    const qint32 g = GruppoDellaPosizione(p);
+    Gruppo& gr = mGruppi[static_cast<size_t>(g)];
+    const int dentro = static_cast<int>(p - gr.Inizio);
+    beginRemoveRows(createIndex(g, 0, quintptr(0)), dentro, dentro);
+    togli();
+    --gr.Numero;
+    for (size_t i = static_cast<size_t>(g) + 1; i < mGruppi.size(); ++i)
+        --mGruppi[i].Inizio;
+    endRemoveRows();
+    if (gr.Numero == 0) {
+        beginRemoveRows({}, g, g);
+        mGruppoDaId.remove(gr.Id);
+        mGruppi.erase(mGruppi.begin() + g);
+        for (quint32 i = static_cast<quint32>(g); i < mGruppi.size(); ++i)
+            mGruppoDaId.insert(mGruppi[i].Id, i);
+        endRemoveRows();
+    } else {
+        const QModelIndex gi = createIndex(g, 0, quintptr(0));
+        emit dataChanged(gi, gi, {Qt::DisplayRole});
+    }
+}
+
+void PxModelloContenuto::Sposta(quint32 riga)
+{
+    // Where the row goes among the others, which are still in order: q in the order without it.
+    const quint32 p = mPosizione[riga];
+    const auto meno = [this, riga](quint32 a) { return Confronta(a, riga) < 0; };
+    quint32 q;
+    if (p > 0 && Confronta(riga, mOrdine[p - 1]) < 0)
+        q = static_cast<quint32>(std::partition_point(mOrdine.begin(), mOrdine.begin() + p, meno) - mOrdine.begin());
+    else
+        q = static_cast<quint32>(std::partition_point(mOrdine.begin() + p + 1, mOrdine.end(), meno) - mOrdine.begin()) - 1;
+    const auto muovi = [&] {
+        mOrdine.erase(mOrdine.begin() + p);
+        mOrdine.insert(mOrdine.begin() + q, riga);
+        for (quint32 i = std::min(p, q); i <= std::max(p, q); ++i)
+            mPosizione[mOrdine[i]] = i;
+    };
+    // Neighbours in the order without the row, by their index in the order with it.
+    const auto prima = [&]() -> qint64 { return q == 0 ? qint64(-1) : qint64(q - 1 < p ? q - 1 : q); };
+    const auto dopo = [&]() -> qint64 {
+        const quint32 i = q < p ? q : q + 1;
+        return i < mOrdine.size() ? qint64(i) : -1;
+    };
+    if (mColonnaGruppo < 0) {
+        if (q != p) {
+            beginMoveRows({}, static_cast<int>(p), static_cast<int>(p), {}, static_cast<int>(q > p ? q + 1 : q));
+            muovi();
+            endMoveRows();
+        }
+        return;
+    }
+    qint32 gs = GruppoDellaPosizione(p);
+    qint32 gt = -1;
+    if (const qint64 a = prima(); a >= 0 && ConfrontaColonna(mOrdine[static_cast<size_t>(a)], riga, mColonnaGruppo) == 0)
+        gt = GruppoDellaPosizione(static_cast<quint32>(a));
+    else if (const qint64 b = dopo(); b >= 0 && ConfrontaColonna(mOrdine[static_cast<size_t>(b)], riga, mColonnaGruppo) == 0)
+        gt = GruppoDellaPosizione(static_cast<quint32>(b));
+    if (gt == gs) {
+        const quint32 base = mGruppi[static_cast<size_t>(gs)].Inizio;
+        if (q != p) {
+            const QModelIndex gi = createIndex(gs, 0, quintptr(0));
+            beginMoveRows(gi, static_cast<int>(p - base), static_cast<int>(p - base), gi,
+                          static_cast<int>((q > p ? q + 1 : q) - base));
+            muovi();
+            endMoveRows();
+        }
+        return;
+    }
+    const auto rifaiInizi = [this] {
+        quint32 inizio = 0;
+        for (quint32 i = 0; i < mGruppi.size(); ++i) {
+            mGruppi[i].Inizio = inizio;
+            inizio += mGruppi[i].Numero;
+            mGruppoDaId.insert(mGruppi[i].Id, i);
+        }
+    };
+    if (gt < 0) {
+        const qint64 b = dopo();
+        gt = b >= 0 ? GruppoDellaPosizione(static_cast<quint32>(b)) : static_cast<qint32>(mGruppi.size());
+        // The row leaving a group of its own for the place right after it: the new group
+        // follows the old one.
+        if (b >= 0 && gt == gs)
+            ++gt;
+        beginInsertRows({}, gt, gt);
+        mGruppi.insert(mGruppi.begin() + gt, {0, 0, mProssimoGruppo++});
+        if (gt <= gs)
+            ++gs;
+        rifaiInizi();
+        endInsertRows();
+    }
+    const quint32 inizioT = mGruppi[static_cast<size_t>(gt)].Inizio - (gt > gs ? 1 : 0);
+    beginMoveRows(createIndex(gs, 0, quintptr(0)), static_cast<int>(p - mGruppi[static_cast<size_t>(gs)].Inizio),
+                  static_cast<int>(p - mGruppi[static_cast<size_t>(gs)].Inizio), createIndex(gt, 0, quintptr(0)),
+                  static_cast<int>(q - inizioT));
+    muovi();
+    --mGruppi[static_cast<size_t>(gs)].Numero;
+    ++mGruppi[static_cast<size_t>(gt)].Numero;
+    rifaiInizi();
+    endMoveRows();
+    if (mGruppi[static_cast<size_t>(gs)].Numero == 0) {
+        beginRemoveRows({}, gs, gs);
+        mGruppoDaId.remove(mGruppi[static_cast<size_t>(gs)].Id);
+        mGruppi.erase(mGruppi.begin() + gs);
+        rifaiInizi();
+        endRemoveRows();
+    } else {
+        const QModelIndex gi = createIndex(gs, 0, quintptr(0));
+        emit dataChanged(gi, gi, {Qt::DisplayRole});
+    }
+    const QModelIndex gi = createIndex(GruppoDellaPosizione(mPosizione[riga]), 0, quintptr(0));
+    emit dataChanged(gi, gi, {Qt::DisplayRole});
+}
+
+void PxModelloContenuto::sort(int colonna, Qt::SortOrder verso)
+{
+    if (colonna >= mColonne.size())
+        return;
+    emit layoutAboutToBeChanged();
+    const QModelIndexList vecchi = persistentIndexList();
+    QList<std::pair<quint32, quintptr>> chi; // each persistent index's row, or group id
+    chi.reserve(vecchi.size());
+    for (const QModelIndex& i : vecchi) {
+        const quintptr id = i.internalId();
+        if (id >= BaseCollegati)
+            chi.append({quint32(i.row()), id});
+        else if (id == 0 && mColonnaGruppo >= 0)
+            chi.append({Tomba, mGruppi[static_cast<size_t>(i.row())].Id});
+        else
+            chi.append({mOrdine[(id == 0 ? 0 : mGruppi[mGruppoDaId.value(quint32(id))].Inizio) + static_cast<size_t>(i.row())], 0});
+    }
+    QList<QString> testiGruppi; // groups are made anew: keep them by their text
+    for (const auto& [r, id] : chi)
+        testiGruppi.append(r == Tomba ? Utf8(Cella(mOrdine[mGruppi[mGruppoDaId.value(quint32(id))].Inizio], mColonnaGruppo))
+                                      : QString());
+    mColonnaOrdine = colonna;
+    mVerso = verso;
+    Riordina();
+    QModelIndexList nuovi;
+    nuovi.reserve(vecchi.size());
+    for (qsizetype k = 0; k < vecchi.size(); ++k) {
+        const auto [r, id] = chi[k];
+        const int c = vecchi[k].column();
+        if (id >= BaseCollegati)
+            nuovi.append(createIndex(static_cast<int>(r), c, id));
+        else if (r == Tomba) {
+            const QModelIndex g = IndiceGruppo(testiGruppi[k]);
+            nuovi.append(g.isValid() ? index(g.row(), c) : QModelIndex());
+        } else
+            nuovi.append(Indice(static_cast<qint32>(r), c));
+    }
+    changePersistentIndexList(vecchi, nuovi);
+    emit layoutChanged();
+}
+
+void PxModelloContenuto::ImpostaRaggruppamento(int colonna)
+{
+    if (colonna >= mColonne.size())
+        colonna = -1;
+    if (colonna == mColonnaGruppo)
+        return;
+    beginResetModel();
+    mColonnaGruppo = colonna;
+    Riordina();
+    endResetModel();
+}
+
+QModelIndex PxModelloContenuto::IndiceGruppo(const QString& testo) const
+{
+    const QByteArray t = testo.toUtf8();
+    for (size_t g = 0; g < mGruppi.size(); ++g)
+        if (Cella(mOrdine[mGruppi[g].Inizio], mColonnaGruppo) == std::string_view(t.constData(), static_cast<size_t>(t.size())))
+            return createIndex(static_cast<int>(g), 0, quintptr(0));
+    return {};
+}
+
+// ---- one row
+
+bool PxModelloContenuto::Inserisci(Celle celle, quint32 colore,
+                                   std::span<const std::pair<std::string_view, std::string_view>> collegati, qint32 icona)
+{
+    if (mInCaricamento || celle.empty() || mColonne.isEmpty() || Riga(celle[0]) >= 0)
+        return false;
+    const quint32 riga = static_cast<quint32>(mRighe.size());
+    mRighe.push_back({Scrivi(celle), colore, static_cast<quint32>(mCollegati.size()), 0, icona, true});
+    for (const auto& [id, descrizione] : collegati)
+        AggiungiCollegato(id, descrizione);
+    ++mVive;
+    Indicizza(riga);
+    Inserimento(riga);
+    return true;
+}
+
+void PxModelloContenuto::Aggiorna(qint32 riga, Celle celle, quint32 colore, qint32 icona)
+{
+    if (riga < 0 || static_cast<size_t>(riga) >= mRighe.size() || !mRighe[static_cast<size_t>(riga)].Viva)
+        return;
+    const quint32 r = static_cast<quint32>(riga);
+    const int n = static_cast<int>(mColonne.size());
+    // The order may change only through the group or the sort column.
+    const auto testo = [&](int k) { return k >= 0 ? Utf8(Cella(r, k)) : QString(); };
+    const QString gPrima = testo(mColonnaGruppo), sPrima = testo(mColonnaOrdine);
+    // A row's cells are contiguous: the key is copied along with the new cells.
+    quint32* o = mCelle.data() + mRighe[r].Celle;
+    const quint32 chiaveDa = o[0] & ~BitData, chiaveA = o[1] & ~BitData;
+    mTestoMorto += (o[n] & ~BitData) - chiaveDa;
+    const std::string chiave(mTesto.data() + chiaveDa, chiaveA - chiaveDa);
+    o[0] = static_cast<quint32>(mTesto.size());
+    mTesto.insert(mTesto.end(), chiave.begin(), chiave.end());
+    for (int k = 1; k < n; ++k) {
+        const std::string_view t = k < static_cast<int>(celle.size()) ? celle[static_cast<size_t>(k)] : std::string_view();
+        quint32 inizio = static_cast<quint32>(mTesto.size());
+        if (t.empty() ? mColonne[k].Data : LeggiData(t) >= 0)
+            inizio |= BitData;
+        o[k] = inizio;
+        mTesto.insert(mTesto.end(), t.begin(), t.end());
+    }
+    o[n] = static_cast<quint32>(mTesto.size());
+    mRighe[r].Colore = colore;
+    mRighe[r].Icona = icona;
+    if (mTestoMorto > (1u << 24) && mTestoMorto > mTesto.size() / 2)
+        Compatta();
+    if (testo(mColonnaGruppo) != gPrima || testo(mColonnaOrdine) != sPrima)
+        Sposta(r);
+    const QModelIndex a = Indice(riga, 0), b = Indice(riga, n - 1);
+    emit dataChanged(a, b);
+}
+
+void PxModelloContenuto::Rimuovi(qint32 riga)
+{
+    if (riga < 0 || static_cast<size_t>(riga) >= mRighe.size() || !mRighe[static_cast<size_t>(riga)].Viva)
+        return;
+    const quint32 r = static_cast<quint32>(riga);
+    Rimozione(r);
+    Deindicizza(r);
+    mRighe[r].Viva = false;
+    --mVive;
+}
+
+QModelIndex PxModelloContenuto::Indice(qint32 riga, int colonna) const
+{
+    if (riga < 0 || static_cast<size_t>(riga) >= mRighe.size() || !mRighe[static_cast<size_t>(riga)].Viva || mInCaricamento)
+        return {};
+    const quint32 p = mPosizione[static_cast<size_t>(riga)];
+    if (mColonnaGruppo < 0)
+        return createIndex(static_cast<int>(p), colonna, quintptr(0));
+    const qint32 g = GruppoDellaPosizione(p);
+    return createIndex(static_cast<int>(p - mGruppi[static_cast<size_t>(g)].Inizio), colonna,
+                       quintptr(mGruppi[static_cast<size_t>(g)].Id));
+}
+
+QString PxModelloContenuto::Testo(qint32 riga, int colonna) const
+{
+    if (riga < 0 || static_cast<size_t>(riga) >= mRighe.size() || colonna < 0 || colonna >= mColonne.size())
+        return {};
+    return Utf8(Cella(static_cast<quint32>(riga), colonna));
+}
+
+QString PxModelloContenuto::Chiave(const QModelIndex& indice) const
+{
+    return data(indice.siblingAtColumn(0), RuoloChiave).toString();
+}
+
+size_t PxModelloContenuto::MemoriaStrutture() const
+{
+    return mCelle.capacity() * sizeof(quint32) + mRighe.capacity() * sizeof(RigaDati)
+        + mCollegati.capacity() * sizeof(Collegato) + mIndice.capacity() * sizeof(quint32)
+        + mOrdine.capacity() * sizeof(quint32) + mPosizione.capacity() * sizeof(quint32)
+        + mGruppi.capacity() * sizeof(Gruppo);
+}
+
+// ---- QAbstractItemModel
+//
+// Internal ids: 0 for a top-level row (a group when grouping, else a document); a group's
+// stable id for a document inside that group; BaseCollegati + the document's row for a
+// linked document.
+
+QModelIndex PxModelloContenuto::index(int row, int column, const QModelIndex& parent) const
+{
+    if (row < 0 || column < 0 || column >= mColonne.size() || mInCaricamento)
+        return {};
+    if (!parent.isValid()) {
+        const size_t n = mColonnaGruppo >= 0 ? mGruppi.size() : mOrdine.size();
+        return static_cast<size_t>(row) < n ? createIndex(row, column, quintptr(0)) : QModelIndex();
+    }
+    if (parent.internalId() >= BaseCollegati || parent.column() != 0)
+        return {};
+    if (parent.internalId() == 0 && mColonnaGruppo >= 0) {
+        const Gruppo& g = mGruppi[static_cast<size_t>(parent.row())];
+        return static_cast<quint32>(row) < g.Numero ? createIndex(row, column, quintptr(g.Id)) : QModelIndex();
+    }
+    const qint32 r = data(parent, RuoloRiga).toInt();
+    if (r < 0 || static_cast<quint32>(row) >= mRighe[static_cast<size_t>(r)].NumeroCollegati)
+        return {};
+    return createIndex(row, column, BaseCollegati + quintptr(r));
+}
+
+QModelIndex PxModelloContenuto::parent(const QModelIndex& child) const
+{
+    if (!child.isValid() || mInCaricamento)
+        return {};
+    const quintptr id = child.internalId();
+    if (id == 0)
+        return {};
+    if (id < BaseCollegati) {
+        const auto g = mGruppoDaId.constFind(static_cast<quint32>(id));
+        return g == mGruppoDaId.cend() ? QModelIndex() : createIndex(static_cast<int>(*g), 0, quintptr(0));
+    }
+    return Indice(static_cast<qint32>(id - BaseCollegati), 0);
+}
+
+int PxModelloContenuto::rowCount(const QModelIndex& parent) const
+{
+    if (mInCaricamento)
+        return 0;
+    if (!parent.isValid())
+        return static_cast<int>(mColonnaGruppo >= 0 ? mGruppi.size() : mOrdine.size());
+    if (parent.column() != 0 || parent.internalId() >= BaseCollegati)
+        return 0;
+    if (parent.internalId() == 0 && mColonnaGruppo >= 0)
+        return static_cast<int>(mGruppi[static_cast<size_t>(parent.row())].Numero);
+    const qint32 r = data(parent, RuoloRiga).toInt();
+    return r < 0 ? 0 : static_cast<int>(mRighe[static_cast<size_t>(r)].NumeroCollegati);
+}
+
+int PxModelloContenuto::columnCount(const QModelIndex&) const { return static_cast<int>(mColonne.size()); }
+
+bool PxModelloContenuto::hasChildren(const QModelIndex& parent) const { return rowCount(parent) > 0; }
+
+Qt::ItemFlags PxModelloContenuto::flags(const QModelIndex& indice) const
+{
+    if (!indice.isValid())
+        return Qt::NoItemFlags;
+    return Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+}
+
+QVariant PxModelloContenuto::headerData(int sezione, Qt::Orientation orientamento, int ruolo) const
+{
+    if (orientamento != Qt::Horizontal || sezione < 0 || sezione >= mColonne.size())
+        return {};
+    if (ruolo == Qt::DisplayRole || ruolo == Qt::ToolTipRole)
+        return mColonne[sezione].Titolo;
+    return {};
+}
+
+QVariant PxModelloContenuto::data(const QModelIndex& indice, int ruolo) const
+{
+    if (!indice.isValid() || mInCaricamento)
+        return {};
+    const quintptr id = indice.internalId();
+    const int c = indice.column();
+    // A group row.
+    if (id == 0 && mColonnaGruppo >= 0) {
+        const Gruppo& g = mGruppi[static_cast<size_t>(indice.row())];
+        switch (ruolo) {
+        case Qt::DisplayRole:
+            return c == 0 ? Utf8(Cella(mOrdine[g.Inizio], mColonnaGruppo)) + QStringLiteral(" (%1)").arg(g.Numero)
+                          : QVariant();
+        case Qt::FontRole: {
+            QFont f;
+            f.setBold(true);
+            return f;
+        }
+        case RuoloGruppo: return true;
+        case RuoloRiga: return -1;
+        default: return {};
+        }
+    }
+    // A linked document: its id and description.
+    if (id >= BaseCollegati) {
+        const RigaDati& r = mRighe[static_cast<size_t>(id - BaseCollegati)];
+        const Collegato& l = mCollegati[r.PrimoCollegato + static_cast<quint32>(indice.row())];
+        switch (ruolo) {
+        case Qt::DisplayRole:
+        case Qt::ToolTipRole:
+        case RuoloOrdinamento:
+            return c == 0 ? Utf8(TestoDi(l.Id, l.Descrizione)) : c == 1 ? Utf8(TestoDi(l.Descrizione, l.Fine)) : QVariant();
+        case Qt::DecorationRole: return c == 0 ? QVariant(mIconaCollegato) : QVariant();
+        case RuoloRiga: return -1;
+        default: return {};
+        }
+    }
+    const size_t posizione = (id == 0 ? 0 : mGruppi[mGruppoDaId.value(static_cast<quint32>(id))].Inizio)
+        + static_cast<size_t>(indice.row());
+    if (posizione >= mOrdine.size())
+        return {};
+    const quint32 riga = mOrdine[posizione];
+    const RigaDati& r = mRighe[riga];
+    if (ruolo == RuoloRiga)
+        return static_cast<qint32>(riga);
+    const std::string_view testo = Cella(riga, c);
+    const bool data = CellaData(riga, c);
+    switch (ruolo) {
+    case Qt::DisplayRole: {
+        if (!data)
+            return Utf8(testo);
+        if (testo.empty())
+            return mNonDisponibile;
+        const qint64 v = LeggiData(testo);
+        const qint64 giorno = v / 1000000;
+        const QDate oggi = QDate::currentDate();
+        const qint64 g0 = (oggi.year() * 100 + oggi.month()) * 100 + oggi.day();
+        const QDate ieri = oggi.addDays(-1);
+        const qint64 g1 = (ieri.year() * 100 + ieri.month()) * 100 + ieri.day();
+        if ((giorno == g0 || giorno == g1) && testo.size() > 10)
+            return (giorno == g0 ? mOggi : mIeri) + u' ' + Utf8(testo.substr(11));
+        return Utf8(testo);
+    }
+    case Qt::ToolTipRole: return c == 0 || data ? Utf8(testo) : QVariant();
+    case Qt::DecorationRole:
+        if (c != 0)
+            return {};
+        if (r.Icona == 0 || !mIcona)
+            return mIconaDocumento;
+        if (!mIcone.contains(r.Icona))
+            mIcone.insert(r.Icona, mIcona(r.Icona));
+        return mIcone.value(r.Icona);
+    case Qt::ForegroundRole:
+        // Black is the palette's own text colour, so that a dark theme stays readable.
+        return r.Colore == 0 ? QVariant() : QVariant(QColor(r.Colore & 0xFF, (r.Colore >> 8) & 0xFF, (r.Colore >> 16) & 0xFF));
+    case Qt::FontRole: {
+        if (!data || testo.size() < 10)
+            return {};
+        const qint64 giorno = LeggiData(testo) / 1000000;
+        const QDate oggi = QDate::currentDate(), ieri = oggi.addDays(-1);
+        if (giorno != (oggi.year() * 100 + oggi.month()) * 100 + oggi.day()
+            && giorno != (ieri.year() * 100 + ieri.month()) * 100 + ieri.day())
+            return {};
+        QFont f;
+        f.setBold(true);
+        return f;
+    }
+    case RuoloOrdinamento: {
+        if (!data)
+            return Utf8(testo);
+        const qint64 v = LeggiData(testo);
+        if (v < 0)
+            return QDateTime();
+        return QDateTime(QDate(int(v / 10000000000), int(v / 100000000 % 100), int(v / 1000000 % 100)),
+                         QTime(int(v / 10000 % 100), int(v / 100 % 100), int(v % 100)));
+    }
+    case RuoloChiave: return Utf8(Cella(riga, 0));
+    case RuoloAvanzamento: {
+        if (!mColonne[c].Avanzamento)
+            return {};
+        const std::string_view t = testo;
+        const size_t barra = t.find('/');
+        if (barra == std::string_view::npos)
+            return {};
+        const qint64 fatti = QByteArrayView(t.substr(0, barra)).toLongLong();
+        const qint64 totale = QByteArrayView(t.substr(barra + 1)).toLongLong();
+        return totale > 0 ? QVariant(static_cast<int>(std::clamp<qint64>(fatti * 100 / totale, 0, 100))) : QVariant();
+    }
+    default: return {};
+    }
+}
