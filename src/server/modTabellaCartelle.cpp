@@ -78,19 +78,19 @@ constexpr Comando Pdf{5306, 1242, 1342}, Tiff{5307, 1243, 1343};
 
 constexpr Cartella Tabella[] = {
     {G::Anteprima, "SrvDocAnteprime", "PxSrvDocAnteprime", "PxSrvAnteprime", "01.00.04", "DocAnteprima", "",
-     ColonneAnteprima, CodeAnteprima, 3, 4, SpostaAnteprima, Nessuno, false, Nessuno},
+     ColonneAnteprima, CodeAnteprima, 3, 4, -1, SpostaAnteprima, Nessuno, false, Nessuno},
     {G::Stampa, "SrvDocStampe", "PxSrvDocStampe", "PxSrvStampe", "01.00.04", "DocStampa", "", ColonneStampa,
-     CodeStampa, 3, 4, SpostaStampa, Nessuno, true, Nessuno},
+     CodeStampa, 3, 4, -1, SpostaStampa, Nessuno, true, Nessuno},
     {G::Email, "SrvDocEmail", "PxSrvDocEmail", "PxSrvEmail", "01.00.06", "DocEmail", "", ColonneEmail, CodeEmail, 7,
-     8, SpostaEmail, {5310, 1230, 1330}, false, Pdf},
+     8, -1, SpostaEmail, {5310, 1230, 1330}, false, Pdf},
     {G::Fax, "SrvDocFax", "PxSrvDocFax", "PxSrvFax", "01.00.04", "DocFax", "DocFaxCollegato", ColonneFax, CodeFax, 9,
-     10, SpostaFax, {5311, 1231, 1331}, false, Tiff},
+     10, 12, SpostaFax, {5311, 1231, 1331}, false, Tiff},
     {G::PFax, "SrvDocPFax", "PxSrvDocPFax", "PxSrvPFax", "01.00.04", "DocPFax", "", ColonneFax, CodePFax, 3, 4,
-     SpostaPFax, {5313, 1231, 1331}, false, Nessuno},
+     -1, SpostaPFax, {5313, 1231, 1331}, false, Nessuno},
     {G::EFax, "SrvDocEFax", "PxSrvDocEFax", "PxSrvEFax", "01.00.04", "DocEFax", "", ColonneFax, CodeEFax, 5, 6,
-     SpostaEFax, {5314, 1231, 1331}, false, Pdf},
+     -1, SpostaEFax, {5314, 1231, 1331}, false, Pdf},
     {G::Pbl, "SrvDocPbl", "PxSrvDocPbl", "PxSrvPbl", "01.00.04", "DocPbl", "DocPblCollegato", ColonnePbl, CodePbl, 5,
-     6, SpostaPbl, {5312, 1232, 1332}, false, Pdf},
+     6, -1, SpostaPbl, {5312, 1232, 1332}, false, Pdf},
 };
 
 } // namespace

@@ -62,6 +62,7 @@ struct Cartella
     std::span<const Coda> Code; // by queue number
     qint32 CodaRespinti;
     qint32 CodaScartati;
+    qint32 CodaOpzionale;       // shown only when the server runs it; -1 none
     std::span<const Spostamento> Spostamenti;
     Comando Prova;              // the folder's test command
     bool CopiaStampa;           // "Copia stampa" (printing only)

@@ -825,6 +825,7 @@ QVariant PxModelloContenuto::data(const QModelIndex& indice, int ruolo) const
             return f;
         }
         case RuoloGruppo: return true;
+        case RuoloOrdinamento: return Utf8(Cella(mOrdine[g.Inizio], mColonnaGruppo));
         case RuoloRiga: return -1;
         default: return {};
         }

@@ -1,0 +1,67 @@
+#include "clsSrvCatalogo.h"
+
+#include "PxConsoleResDll.h"
+#include "PxContesto.h"
+#include "PxImmagini.h"
+#include "PxSrvCatalogo.h"
+#include "PxSrvServer.h"
+#include "PxXmlCallBack.h"
+#include "modElenco.h"
+#include "modTraccia.h"
+
+#include <pugixml.hpp>
+
+clsSrvCatalogo::clsSrvCatalogo(PxAmbienteVista& ambiente, const QString& chiave, const QString& oggetto, QObject* parent)
+    : clsSrvVista(ambiente, chiave, QStringLiteral("01.00.04"), parent), mOggetto(oggetto), mobjBkgXmlEventi(new PxXmlCallBack(this))
+{
+    connect(mobjBkgXmlEventi, &PxXmlCallBack::XmlCallBack, this, &clsSrvCatalogo::mobjBkgXmlEventi_XmlCallBack);
+    connect(mobjBkgXmlEventi, &PxXmlCallBack::Errore, this, [this](qint32, const QString& motivo) {
+        emit Messaggio(mContesto.Testi().LoadDllString(8022) + QStringLiteral(": ") + motivo);
+    });
+}
+
+QList<PxModelloContenuto::Colonna> clsSrvCatalogo::CreaColonne()
+{
+    const PxConsoleResDll& t = mContesto.Testi();
+    const qint32 icona = mOggetto == u"PxSrvFirme" ? 202 : 201;
+    mAmbiente.Modello.ImpostaIcone(PxImmagini::Istanza().Icona(icona), {});
+    return {{t.LoadDllString(2023)}, {t.LoadDllString(2027)}, {t.LoadDllString(2001)}};
+}
+
+void clsSrvCatalogo::AggiornaContenuto()
+{
+    modTraccia::Proteggi("AggiornaContenuto", [&] {
+        emit ContenutoInAggiornamento();
+        if (PxSrvCatalogo* catalogo = mContesto.Server() ? mContesto.Server()->Catalogo(mOggetto) : nullptr)
+            catalogo->Elenca(mobjBkgXmlEventi);
+    });
+}
+
+void clsSrvCatalogo::AggiornaSrv(const QString& chiaveOggetto)
+{
+    if (chiaveOggetto == mOggetto)
+        AggiornaContenuto();
+}
+
+void clsSrvCatalogo::mobjBkgXmlEventi_XmlCallBack(const QByteArray& xml)
+{
+    Applica(
+        [this, xml] {
+            modTraccia::Proteggi("mobjBkgXmlEventi_XmlCallBack", [&] {
+                RicaricaMantenendo([&] {
+                    PxModelloContenuto& modello = mAmbiente.Modello;
+                    modello.IniziaCaricamento();
+                    pugi::xml_document doc;
+                    if (doc.load_buffer(xml.constData(), static_cast<size_t>(xml.size()))) {
+                        modElenco::Nodo nodo;
+                        for (const pugi::xml_node oggetto : doc.document_element().children())
+                            if (modElenco::LeggiNodo(oggetto, 3, nodo))
+                                modello.Aggiungi(nodo.Celle, 0);
+                    }
+                    modello.FineCaricamento();
+                });
+            });
+            emit ContenutoCambiato();
+        },
+        true);
+}

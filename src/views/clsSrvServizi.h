@@ -1,0 +1,45 @@
+#pragma once
+
+#include "clsSrvVista.h"
+
+#include <QHash>
+
+namespace modAlberoServer { struct Nodo; }
+
+// The server, service-group and worker views: one row per service or worker (and per entry
+// of a list the node owns: printers, connected clients, FTP clients), keyed by the service
+// key, showing its state, activity, progress and last error. The rows come from the tree's
+// node table: the view's own node, then its services and lists; the server's view shows
+// every service.
+class clsSrvServizi : public clsSrvVista
+{
+    Q_OBJECT
+
+public:
+    // `chiaveNodo`: the tree node ("SrvFax", "SrvStampante|3").
+    clsSrvServizi(PxAmbienteVista& ambiente, const QString& chiaveNodo, QObject* parent = nullptr);
+
+    void AggiornaContenuto() override;
+    // Rewrites the rows of service `chiaveOggetto` ("PxSrvTifVm").
+    void AggiornaSrv(const QString& chiaveOggetto) override;
+    void Avanzamento(const QString& chiaveOggetto, const QString& attivita, qint32 fatti, qint32 totale) override;
+
+    // The server objects whose notices this view shows.
+    QStringList Oggetti() const;
+
+protected:
+    QList<PxModelloContenuto::Colonna> CreaColonne() override;
+
+private:
+    struct Riga
+    {
+        const modAlberoServer::Nodo* Nodo;
+    };
+    // Every row of service `nodo`: its own, or one per entry of its list.
+    void Righe(const modAlberoServer::Nodo& nodo, bool aggiorna);
+
+    QString mNodo;
+    QList<const modAlberoServer::Nodo*> mNodi;
+    QHash<QString, QString> mAvanzamento; // per object: "done/total"
+    QHash<QString, QString> mAttivita;    // per object: what the progress is of
+};
