@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QLocale>
 #include <QProgressBar>
+#include <QSet>
 
 #include "modProcesso.h"
 #include "modTraccia.h"
@@ -18,35 +19,37 @@
 #include <algorithm>
 
 #include <initializer_list>
-#include <iterator>
 #include <limits>
 
 namespace {
 
-// Service key, and what a present service adds beside its own step: its workers (each
-// counted when present) and the lists whose entries become nodes.
+// Service key, and what a present service adds beside its own node: its document folder,
+// its workers (each counted when present) and the list whose entries become nodes. These
+// are the nodes the server tree builds, in the same terms: a worker or folder only under
+// its present group, one entry per distinct non-empty key (the tree skips the others).
 struct PesoServizio
 {
     const char* Chiave;
     std::initializer_list<const char*> Lavoratori;
-    const char* Elenco;     // child element whose children each count 1
-    bool NodoElenco;        // one more step for the list's own node
+    bool Cartella;
+    const char* Elenco;      // child element whose entries each count 1
+    const char* ChiaveVoce;  // an entry's key element
 };
 
 const PesoServizio Pesi[] = {
-    {"PxSrvFormati", {}, nullptr, false},
-    {"PxSrvFirme", {}, nullptr, false},
-    {"PxSrvAnteprime", {}, "Utenti", true},
-    {"PxSrvStampe", {}, "Stampanti", true},
-    {"PxSrvEmail", {"PxSrvEmlPdfVm", "PxSrvSmtp", "PxSrvRprtEml"}, nullptr, false},
-    {"PxSrvFax", {"PxSrvTifVm", "PxSrvFaxVm", "PxSrvNeFax", "PxSrvRprtFax", "PxSrvNtfcFax"}, nullptr, false},
-    {"PxSrvPFax", {"PxSrvPFaxVm"}, nullptr, false},
-    {"PxSrvEFax", {"PxSrvEFaxPdfVm", "PxSrvEFaxVm"}, nullptr, false},
-    {"PxSrvPbl", {"PxSrvPblPdfVm", "PxSrvPblVm"}, nullptr, false},
-    {"PxSrvFtp", {"PxSrvFtpSrv"}, "FtpClients", false},
-    {"PxSrvImporta", {}, nullptr, false},
-    {"PxSrvWebSrv", {}, nullptr, false},
-    {"PxSrvWebUpdate", {}, nullptr, false},
+    {"PxSrvFormati", {}, false, nullptr, nullptr},
+    {"PxSrvFirme", {}, false, nullptr, nullptr},
+    {"PxSrvAnteprime", {}, true, "Utenti", "KeyUtente"},
+    {"PxSrvStampe", {}, true, "Stampanti", "Chiave"},
+    {"PxSrvEmail", {"PxSrvEmlPdfVm", "PxSrvSmtp", "PxSrvRprtEml"}, true, nullptr, nullptr},
+    {"PxSrvFax", {"PxSrvTifVm", "PxSrvFaxVm", "PxSrvNeFax", "PxSrvRprtFax", "PxSrvNtfcFax"}, true, nullptr, nullptr},
+    {"PxSrvPFax", {"PxSrvPFaxVm"}, true, nullptr, nullptr},
+    {"PxSrvEFax", {"PxSrvEFaxPdfVm", "PxSrvEFaxVm"}, true, nullptr, nullptr},
+    {"PxSrvPbl", {"PxSrvPblPdfVm", "PxSrvPblVm"}, true, nullptr, nullptr},
+    {"PxSrvFtp", {"PxSrvFtpSrv"}, false, "FtpClients", "Key"},
+    {"PxSrvImporta", {}, false, nullptr, nullptr},
+    {"PxSrvWebSrv", {}, false, nullptr, nullptr},
+    {"PxSrvWebUpdate", {}, false, nullptr, nullptr},
 };
 
 // The service's description parsed, or an empty document when it is missing or malformed.
@@ -78,13 +81,15 @@ qint32 frmApertura::ContaPassi(const PxSrvServer* server)
         pugi::xml_document doc;
         if (!Descrizione(*server, peso.Chiave, doc))
             continue;
-        Aggiungi(conteggio, 1);
-        if (peso.NodoElenco)
-            Aggiungi(conteggio, 1);
+        Aggiungi(conteggio, peso.Cartella ? 2 : 1);
         if (peso.Elenco) {
-            const pugi::xml_node elenco = doc.document_element().child(peso.Elenco);
-            const auto figli = elenco.children();
-            Aggiungi(conteggio, std::distance(figli.begin(), figli.end()));
+            QSet<QString> chiavi;
+            for (const pugi::xml_node voce : doc.document_element().child(peso.Elenco).children()) {
+                const QString chiave = QString::fromUtf8(voce.child(peso.ChiaveVoce).child_value()).trimmed();
+                if (voce.type() == pugi::node_element && !chiave.isEmpty())
+                    chiavi.insert(chiave);
+            }
+            Aggiungi(conteggio, chiavi.size());
         }
         for (const char* lavoratore : peso.Lavoratori) {
             pugi::xml_document docLavoratore;
@@ -150,6 +155,7 @@ void frmApertura::Avanzamento(const QString& testo)
 {
     // A progress bar repaints itself at once on every step, which made half the time of
     // building the tree; with updates held it paints when the event loop next turns.
+    ++mPassi;
     mBarra->setUpdatesEnabled(false);
     if (mBarra->value() < mBarra->maximum())
         mBarra->setValue(mBarra->value() + 1);

@@ -21,11 +21,14 @@ public:
 
     int Massimo() const;
     int Valore() const;
+    // The steps told so far, including any beyond the bar's maximum.
+    int Passi() const { return mPassi; }
     QString Informazione() const;
 
-    // The loading steps the main window will report for `server`: 1, plus the weight of
-    // every service whose description parses (see the table in the source). Raises
-    // PxErrore 6 when the count overflows.
+    // The loading steps the main window will report for `server`, one per node of the server
+    // tree: 1 for the root, plus, for every service whose description parses, its node, its
+    // document folder, its present workers and its listed entries (see the table in the
+    // source). Raises PxErrore 6 when the count overflows.
     static qint32 ContaPassi(const PxSrvServer* server);
 
 protected:
@@ -37,4 +40,5 @@ private:
 
     const PxSrvServer* mServer;
     bool mPassiContati = false;
+    int mPassi = 0;
 };

@@ -16,31 +16,38 @@ TEST(frmApertura, NoServerOrNoServicesCountsOne)
     EXPECT_EQ(frmApertura::ContaPassi(&vuoto.Client()), 1);
 }
 
-TEST(frmApertura, AGroupWithoutItsWorkersCountsOneAndWorkersOfAbsentGroupsAreNotCounted)
+TEST(frmApertura, AGroupWithoutItsWorkersCountsItselfAndItsFolderAndWorkersOfAbsentGroupsAreNotCounted)
 {
     FakeServer s;
     s.Aggiungi(QStringLiteral("PxSrvFax"), FakeServer::Xml(QStringLiteral("PxSrvFax"), 4));
     s.Aggiungi(QStringLiteral("PxSrvSmtp"), FakeServer::Xml(QStringLiteral("PxSrvSmtp"), 4)); // its group is absent
-    EXPECT_EQ(frmApertura::ContaPassi(&s.Client()), 2);
+    s.Aggiungi(QStringLiteral("PxSrvImporta"), FakeServer::Xml(QStringLiteral("PxSrvImporta"), 4)); // no folder
+    EXPECT_EQ(frmApertura::ContaPassi(&s.Client()), 1 + 2 + 1);
 }
 
 TEST(frmApertura, ListsWorkersAndMalformedDescriptions)
 {
     FakeServer s;
+    // Entries without a key, with an empty one or repeating one make no node.
     s.Aggiungi(QStringLiteral("PxSrvAnteprime"),
-               FakeServer::Xml(QStringLiteral("PxSrvAnteprime"), 4, QStringLiteral("<Utenti><U/><U/><U/></Utenti>")));
+               FakeServer::Xml(QStringLiteral("PxSrvAnteprime"), 4,
+                               QStringLiteral("<Utenti><U><KeyUtente>a</KeyUtente></U><U/><U><KeyUtente> </KeyUtente></U>"
+                                              "<U><KeyUtente>b</KeyUtente></U><U><KeyUtente>c</KeyUtente></U>"
+                                              "<U><KeyUtente>a</KeyUtente></U></Utenti>")));
     s.Aggiungi(QStringLiteral("PxSrvStampe"),
-               FakeServer::Xml(QStringLiteral("PxSrvStampe"), 3, QStringLiteral("<Stampanti><S/><S/></Stampanti>")));
+               FakeServer::Xml(QStringLiteral("PxSrvStampe"), 3,
+                               QStringLiteral("<Stampanti><S><Chiave>1</Chiave></S><S><Chiave>2</Chiave></S></Stampanti>")));
     s.Aggiungi(QStringLiteral("PxSrvEmail"), FakeServer::Xml(QStringLiteral("PxSrvEmail"), 4));
     s.Aggiungi(QStringLiteral("PxSrvSmtp"), FakeServer::Xml(QStringLiteral("PxSrvSmtp"), 4));
     s.Aggiungi(QStringLiteral("PxSrvRprtEml"), FakeServer::Xml(QStringLiteral("PxSrvRprtEml"), 4));
     s.Aggiungi(QStringLiteral("PxSrvEmlPdfVm"), QStringLiteral("<PxSrvEmlPdfVm><Stato>")); // malformed
     s.Aggiungi(QStringLiteral("PxSrvFtp"),
-               FakeServer::Xml(QStringLiteral("PxSrvFtp"), 4, QStringLiteral("<FtpClients><C/><C/></FtpClients>")));
+               FakeServer::Xml(QStringLiteral("PxSrvFtp"), 4,
+                               QStringLiteral("<FtpClients><C><Key>1</Key></C><C><Key>2</Key></C></FtpClients>")));
     s.Aggiungi(QStringLiteral("PxSrvFtpSrv"), FakeServer::Xml(QStringLiteral("PxSrvFtpSrv"), 4));
     s.Aggiungi(QStringLiteral("PxSrvFormati"), QString()); // empty description
-    // 1 + previews (1 + 1 + 3) + printing (1 + 1 + 2) + e-mail (1 + 2) + FTP (1 + 1 + 2)
-    EXPECT_EQ(frmApertura::ContaPassi(&s.Client()), 1 + 5 + 4 + 3 + 4);
+    // 1 + previews (1 + folder + 3) + printing (1 + folder + 2) + e-mail (1 + folder + 2) + FTP (1 + 1 + 2)
+    EXPECT_EQ(frmApertura::ContaPassi(&s.Client()), 1 + 5 + 4 + 4 + 4);
 }
 
 TEST(frmApertura, MoreStepsThanCountedKeepTheBarFull)
@@ -48,13 +55,13 @@ TEST(frmApertura, MoreStepsThanCountedKeepTheBarFull)
     FakeServer s;
     s.Aggiungi(QStringLiteral("PxSrvFax"), FakeServer::Xml(QStringLiteral("PxSrvFax"), 4));
     frmApertura f(&s.Client());
-    ASSERT_EQ(f.Massimo(), 2);
+    ASSERT_EQ(f.Massimo(), 3);
     EXPECT_EQ(f.Valore(), 0);
-    f.Avanzamento(QStringLiteral("uno"));
-    f.Avanzamento(QStringLiteral("due"));
-    f.Avanzamento(QStringLiteral("tre"));
-    EXPECT_EQ(f.Valore(), 2);
-    EXPECT_EQ(f.Informazione(), QStringLiteral("tre"));
+    for (const char* testo : {"uno", "due", "tre", "quattro"})
+        f.Avanzamento(QString::fromLatin1(testo));
+    EXPECT_EQ(f.Valore(), 3);
+    EXPECT_EQ(f.Passi(), 4) << "every step told is counted, also past the bar's end";
+    EXPECT_EQ(f.Informazione(), QStringLiteral("quattro"));
 }
 
 TEST(frmApertura, FollowsTheServersLoadingThenCountsTheSteps)
@@ -73,11 +80,11 @@ TEST(frmApertura, FollowsTheServersLoadingThenCountsTheSteps)
     s.EmettiCaricamento(5000, 1200, {}); // more than announced: the bar stays full
     EXPECT_EQ(f.Valore(), 1200);
     s.Carica();
-    QTRY_VERIFY(client.Caricato());
-    EXPECT_EQ(f.Massimo(), 3) << "1 + the fax service + its TIFF worker";
+    ASSERT_TRUE(QTest::qWaitFor([&] { return client.Caricato(); }, 10000));
+    EXPECT_EQ(f.Massimo(), 4) << "1 + the fax service + its folder + its TIFF worker";
     EXPECT_EQ(f.Valore(), 0);
     s.EmettiCaricamento(10, 20, {}); // late progress does not disturb the count
-    EXPECT_EQ(f.Massimo(), 3);
+    EXPECT_EQ(f.Massimo(), 4);
 }
 
 TEST(frmApertura, TextsColoursAndNoWayToClose)
