@@ -23,6 +23,26 @@
 
 using namespace Qt::StringLiterals;
 
+// A list kept in a service's state XML, and the notices of its changes.
+struct RefServer::Elenco
+{
+    const char* Servizio;
+    const char* Nome;
+    const char* Voce;   // an entry's element name
+    const char* Chiave; // its key element
+    void (RefServer::*Aggiunta)(const QString& nodoXml);
+    void (RefServer::*Rimozione)(const QString& chiave);
+};
+
+namespace {
+
+QString ChiaveVoce(const pugi::xml_node& voce, const char* elemento)
+{
+    return QString::fromUtf8(voce.child(elemento).child_value()).trimmed();
+}
+
+} // namespace
+
 QString RefServer::CartellaServizi(const QString& server) { return QDir(server).filePath(u"Servizi"_s); }
 QString RefServer::CartellaLog(const QString& server) { return QDir(server).filePath(u"Log"_s); }
 
@@ -168,6 +188,67 @@ void RefServer::Carica()
     const QList<quint64> attese = std::exchange(mDescrizioniAttese, {});
     for (const quint64 richiesta : attese)
         RichiediDescrizione(richiesta);
+}
+
+const RefServer::Elenco RefServer::Utenti{"PxSrvAnteprime", "Utenti", "Utente", "KeyUtente",
+                                          &RefServer::UtenteConnesso, &RefServer::UtenteDisconnesso};
+const RefServer::Elenco RefServer::Stampanti{"PxSrvStampe", "Stampanti", "Stampante", "Chiave",
+                                             &RefServer::StampanteAggiunta, &RefServer::StampanteRimossa};
+const RefServer::Elenco RefServer::ClientiFtp{"PxSrvFtp", "FtpClients", "FtpClient", "Key",
+                                              &RefServer::FtpClienteConnesso, &RefServer::FtpClienteDisconnesso};
+
+bool RefServer::ConnettiUtente(const QString& nodoXml) { return AggiungiVoce(Utenti, nodoXml); }
+bool RefServer::DisconnettiUtente(const QString& keyUtente) { return RimuoviVoce(Utenti, keyUtente); }
+bool RefServer::AggiungiStampante(const QString& nodoXml) { return AggiungiVoce(Stampanti, nodoXml); }
+bool RefServer::RimuoviStampante(const QString& chiave) { return RimuoviVoce(Stampanti, chiave); }
+bool RefServer::ConnettiFtpCliente(const QString& nodoXml) { return AggiungiVoce(ClientiFtp, nodoXml); }
+bool RefServer::DisconnettiFtpCliente(const QString& chiave) { return RimuoviVoce(ClientiFtp, chiave); }
+
+bool RefServer::AggiungiVoce(const Elenco& elenco, const QString& nodoXml)
+{
+    RefServizio* servizio = mCaricato ? mServizi.value(QString::fromLatin1(elenco.Servizio)) : nullptr;
+    if (!servizio)
+        return false;
+    const QByteArray testo = nodoXml.toUtf8();
+    pugi::xml_document doc;
+    if (!doc.load_buffer(testo.constData(), static_cast<size_t>(testo.size())))
+        return false;
+    const pugi::xml_node record = doc.document_element();
+    const QString chiave = ChiaveVoce(record, elenco.Chiave);
+    if (std::string_view(record.name()) != elenco.Voce || chiave.isEmpty())
+        return false;
+    pugi::xml_node lista = servizio->Elemento(elenco.Nome);
+    for (const pugi::xml_node voce : lista.children(elenco.Voce))
+        if (ChiaveVoce(voce, elenco.Chiave) == chiave)
+            return false;
+    const pugi::xml_node copia = lista.append_copy(record);
+    std::ostringstream out;
+    copia.print(out, "", pugi::format_raw);
+    mLog.Scrivi(modRigaLog::LivelloInformazione,
+                QStringLiteral("%1: aggiunto %2").arg(QString::fromLatin1(elenco.Nome), chiave));
+    servizio->Pubblica();
+    emit (this->*elenco.Aggiunta)(QString::fromStdString(out.str()));
+    return true;
+}
+
+bool RefServer::RimuoviVoce(const Elenco& elenco, const QString& chiave)
+{
+    RefServizio* servizio = mCaricato ? mServizi.value(QString::fromLatin1(elenco.Servizio)) : nullptr;
+    const QString cercata = chiave.trimmed();
+    if (!servizio || cercata.isEmpty())
+        return false;
+    pugi::xml_node lista = servizio->Elemento(elenco.Nome);
+    for (const pugi::xml_node voce : lista.children(elenco.Voce)) {
+        if (ChiaveVoce(voce, elenco.Chiave) != cercata)
+            continue;
+        lista.remove_child(voce);
+        mLog.Scrivi(modRigaLog::LivelloInformazione,
+                    QStringLiteral("%1: rimosso %2").arg(QString::fromLatin1(elenco.Nome), cercata));
+        servizio->Pubblica();
+        emit (this->*elenco.Rimozione)(cercata);
+        return true;
+    }
+    return false;
 }
 
 RefCartellaDocumenti* RefServer::Cartella(GenereCartella genere) const

@@ -80,6 +80,20 @@ public:
     RefIngresso* Ingresso(const QString& servizio) const { return mIngressi.value(servizio); }
     RefLog& Log() { return mLog; }
 
+    // The lists of connected preview clients ("Utenti" of PxSrvAnteprime), printers
+    // ("Stampanti" of PxSrvStampe) and FTP clients ("FtpClients" of PxSrvFtp). A change
+    // publishes the owning service's new state, then raises its notice (UtenteConnesso, ...).
+    // `nodoXml` is one record as the list holds it: <Utente> keyed by KeyUtente, <Stampante>
+    // by Chiave, <FtpClient> by Key. Call on the server's thread, once it has loaded. False,
+    // and nothing changes, for a record that does not parse, is of another kind or has no
+    // key, for a key already listed (add) or not listed (remove), and before the loading.
+    bool ConnettiUtente(const QString& nodoXml);
+    bool DisconnettiUtente(const QString& keyUtente);
+    bool AggiungiStampante(const QString& nodoXml);
+    bool RimuoviStampante(const QString& chiave);
+    bool ConnettiFtpCliente(const QString& nodoXml);
+    bool DisconnettiFtpCliente(const QString& chiave);
+
     static QString CartellaServizi(const QString& server);
     static QString CartellaLog(const QString& server);
 
@@ -108,6 +122,10 @@ signals:
     void Risposta(quint64 richiesta, qint32 esito, const QString& testo, const QByteArray& dati);
 
 private:
+    struct Elenco;
+    static const Elenco Utenti, Stampanti, ClientiFtp;
+    bool AggiungiVoce(const Elenco& elenco, const QString& nodoXml);
+    bool RimuoviVoce(const Elenco& elenco, const QString& chiave);
     void Pubblica(const QString& nome, QObject* oggetto);
     QByteArray Descrizione() const;
 

@@ -205,6 +205,51 @@ TEST_F(Server, BackgroundWorkerReportsAVanishedServerFolderOnce)
     EXPECT_EQ(fine.size(), inizio.size()) << "every start is matched by an end";
 }
 
+TEST_F(Server, AListChangePublishesTheStateBeforeItsNoticeAndRefusesWhatItCannotApply)
+{
+    RefServer s(mDir.path(), RefServer::Opzioni{false});
+    RefServizio* stampe = s.ServizioRef(QStringLiteral("PxSrvStampe"));
+    // What a console sees, in order: the state's printer keys at each notice.
+    QStringList visti;
+    const auto chiavi = [stampe] {
+        QStringList k;
+        for (const pugi::xml_node p : Stato(stampe).document_element().child("Stampanti").children("Stampante"))
+            k << QString::fromUtf8(p.child_value("Chiave"));
+        return k.join(u',');
+    };
+    QObject::connect(stampe, &RefServizio::StatoXmlCambiato, &s, [&] { visti << QStringLiteral("stato"); });
+    QStringList record;
+    QObject::connect(&s, &RefServer::StampanteAggiunta, &s, [&](const QString& nodo) {
+        visti << QStringLiteral("aggiunta, l'ultima è ") + chiavi().section(u',', -1);
+        record << nodo;
+    });
+    QObject::connect(&s, &RefServer::StampanteRimossa, &s, [&](const QString& chiave) {
+        visti << QStringLiteral("rimossa ") + chiave + (chiavi().split(u',').contains(chiave) ? QStringLiteral(" ancora") : QString());
+    });
+    const QString nuova = QStringLiteral("<Stampante><Chiave>15</Chiave><NumeroTarquel>15</NumeroTarquel></Stampante>");
+    EXPECT_TRUE(s.AggiungiStampante(nuova));
+    EXPECT_TRUE(s.RimuoviStampante(QStringLiteral(" 15 ")));
+    EXPECT_EQ(visti, (QStringList{QStringLiteral("stato"), QStringLiteral("aggiunta, l'ultima è 15"), QStringLiteral("stato"),
+                                  QStringLiteral("rimossa 15")}));
+    EXPECT_EQ(record, QStringList{nuova}) << "the notice carries the record as listed";
+
+    visti.clear();
+    const QString prima = stampe->StatoXml();
+    EXPECT_FALSE(s.AggiungiStampante(QStringLiteral("<Stampante><Chiave>3</Chiave></Stampante>"))) << "already listed";
+    EXPECT_FALSE(s.AggiungiStampante(QStringLiteral("<Stampante><Chiave> </Chiave></Stampante>")));
+    EXPECT_FALSE(s.AggiungiStampante(QStringLiteral("<Stampante><NumeroTarquel>9</NumeroTarquel></Stampante>")));
+    EXPECT_FALSE(s.AggiungiStampante(QStringLiteral("<Utente><Chiave>16</Chiave></Utente>"))) << "another list's kind";
+    EXPECT_FALSE(s.AggiungiStampante(QStringLiteral("<Stampante><Chiave>16</Chiave>")));
+    EXPECT_FALSE(s.RimuoviStampante(QStringLiteral("15"))) << "no longer listed";
+    EXPECT_FALSE(s.ConnettiUtente(QStringLiteral("<Utente><KeyUtente>U-0001</KeyUtente></Utente>")));
+    EXPECT_FALSE(s.DisconnettiFtpCliente(QString()));
+    EXPECT_TRUE(visti.isEmpty());
+    EXPECT_EQ(stampe->StatoXml(), prima);
+
+    RefServer vuoto(mDir.path(), RefServer::Opzioni{false, false});
+    EXPECT_FALSE(vuoto.ConnettiUtente(QStringLiteral("<Utente><KeyUtente>U-0009</KeyUtente></Utente>"))) << "not loaded";
+}
+
 TEST(modDemo, SameCallSameFolder)
 {
     QTemporaryDir a, b;
