@@ -1,70 +1,123 @@
 #include "frmConsole.h"
 
-#include "PxImmagini.h"
-#include "PxImpostazioni.h"
+#include "PxBarraComandi.h"
 #include "PxConsoleResDll.h"
 #include "PxContesto.h"
+#include "PxDelegatoAvanzamento.h"
 #include "PxIconResource.h"
+#include "PxImmagini.h"
+#include "PxImpostazioni.h"
+#include "PxModelloContenuto.h"
+#include "PxSrvEventiServer.h"
+#include "PxSrvServer.h"
+#include "PxSrvServizio.h"
 #include "frmApertura.h"
 #include "frmChiusura.h"
-#include "PxSrvServer.h"
 #include "frmPosizione.h"
+#include "modTabellaCartelle.h"
 #include "modTraccia.h"
+#include "modViste.h"
 
+#include <QAction>
 #include <QCloseEvent>
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QDir>
 #include <QDockWidget>
+#include <QHeaderView>
 #include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QSettings>
 #include <QStatusBar>
 #include <QTimer>
+#include <QToolBar>
 #include <QTreeView>
 #include <QTreeWidget>
-#include <QDir>
+#include <QVBoxLayout>
 
 #include <cstdio>
 #include <utility>
+
+namespace {
+// The list-wide commands' own ids: 5100 and 5101 are the family's; the others take the id of
+// the text that names them.
+constexpr int IdAggiorna = 1250, IdEspandi = 1251, IdComprimi = 1252, IdBlocca = 8016;
+} // namespace
 
 frmConsole::frmConsole(PxContesto& contesto, QWidget* parent)
     : QMainWindow(parent),
       mContesto(contesto),
       mPosizione(new frmPosizione(contesto)),
       mxrpContenuto(new QTreeView),
+      mModello(new PxModelloContenuto(this)),
+      mBarraVista(new QToolBar),
+      mMenuComandi(nullptr),
+      mMenuRaggruppa(nullptr),
+      mBarra(nullptr),
+      mConteggi(new QLabel),
+      mAttesa(new QLabel),
       mStato(new QLabel)
 {
     setObjectName(QStringLiteral("frmConsole"));
     const PxConsoleResDll& testi = mContesto.Testi();
+    const PxImpostazioni& opzioni = mContesto.Impostazioni();
     setWindowTitle(testi.LoadDllString(8000));
     setWindowIcon(PxImmagini::Istanza().Icona(modIcone::Server));
-    resize(1200, 760);
+    resize(1280, 800);
     setDockOptions(QMainWindow::AnimatedDocks | QMainWindow::AllowNestedDocks | QMainWindow::AllowTabbedDocks);
 
+    // The content list: our model, rows of one height, sorting through the model.
     mxrpContenuto->setObjectName(QStringLiteral("xrpContenuto"));
+    mxrpContenuto->setModel(mModello);
     mxrpContenuto->setUniformRowHeights(true);
-    mxrpContenuto->setRootIsDecorated(false);
-    mxrpContenuto->setAlternatingRowColors(mContesto.Impostazioni().AlternateRow);
+    mxrpContenuto->setSortingEnabled(true);
+    mxrpContenuto->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    mxrpContenuto->setSelectionBehavior(QAbstractItemView::SelectRows);
+    mxrpContenuto->setAllColumnsShowFocus(true);
+    mxrpContenuto->setAlternatingRowColors(opzioni.AlternateRow);
+    mxrpContenuto->setHorizontalScrollMode(opzioni.FullColumnScrolling ? QAbstractItemView::ScrollPerItem
+                                                                       : QAbstractItemView::ScrollPerPixel);
+    mxrpContenuto->header()->setSectionsMovable(true);
+    mxrpContenuto->header()->setStretchLastSection(opzioni.AutoColumnSizing);
+    if (opzioni.ShowProgressBar)
+        mxrpContenuto->setItemDelegate(new PxDelegatoAvanzamento(mxrpContenuto));
     setCentralWidget(mxrpContenuto);
 
     // The panes' places; each later pane takes its dock as it lands.
     AggiungiPannello(7000, "pnlPosizione", mPosizione, Qt::LeftDockWidgetArea);
-    QDockWidget* proprieta = AggiungiPannello(7001, "pnlProprieta", new QWidget, Qt::RightDockWidgetArea);
+    AggiungiPannello(7001, "pnlProprieta", new QWidget, Qt::RightDockWidgetArea);
     QDockWidget* log = AggiungiPannello(7004, "pnlLog", new QWidget, Qt::BottomDockWidgetArea);
     QDockWidget* sistema = AggiungiPannello(7005, "pnlInfoSistema", new QWidget, Qt::BottomDockWidgetArea);
     tabifyDockWidget(log, sistema);
     log->raise();
-    resizeDocks({findChild<QDockWidget*>(QStringLiteral("pnlPosizione")), proprieta}, {280, 320}, Qt::Horizontal);
-    resizeDocks({log}, {180}, Qt::Vertical);
 
+    CreaComandi();
+
+    mAttesa->setVisible(false);
+    statusBar()->addPermanentWidget(mAttesa);
+    statusBar()->addPermanentWidget(mConteggi);
     statusBar()->addPermanentWidget(mStato);
     // Where the operator left the window and its panes.
     const auto registro = PxImpostazioni::ApriRegistro();
     restoreGeometry(registro->value(QStringLiteral("frmConsole/Geometria")).toByteArray());
-    restoreState(registro->value(QStringLiteral("frmConsole/Pannelli")).toByteArray());
+    if (!restoreState(registro->value(QStringLiteral("frmConsole/Pannelli")).toByteArray()))
+        mPrimaDisposizione = true;
     connect(&mContesto, &PxContesto::CambioStato, this, [this] { AggiornaBarraComandi(); });
     connect(&mContesto, &PxContesto::CambioOccupato, this, [this] { AggiornaBarraComandi(); });
     AggiornaBarraComandi();
     mPosizione->ImpostaNavigazione([this](const QString& caption, const QString& chiave) {
         VisualizzaServer(caption, chiave);
     });
+    setTabOrder(mPosizione->Albero(), mxrpContenuto);
+}
+
+frmConsole::~frmConsole()
+{
+    // The view saves its layout into the list it still borrows.
+    mVista.reset();
 }
 
 QDockWidget* frmConsole::AggiungiPannello(int titolo, const char* nome, QWidget* contenuto, Qt::DockWidgetArea area)
@@ -77,13 +130,170 @@ QDockWidget* frmConsole::AggiungiPannello(int titolo, const char* nome, QWidget*
     return dock;
 }
 
+void frmConsole::CreaComandi()
+{
+    const PxConsoleResDll& testi = mContesto.Testi();
+    const PxImpostazioni& opzioni = mContesto.Impostazioni();
+    const Qt::ToolButtonStyle stile = opzioni.ShowTextBelowIcons ? Qt::ToolButtonTextUnderIcon : Qt::ToolButtonTextOnly;
+
+    // The list's own commands.
+    auto* elenco = new QToolBar(testi.LoadDllString(8023), this);
+    elenco->setObjectName(QStringLiteral("tbrElenco"));
+    elenco->setToolButtonStyle(stile);
+    auto* menuElenco = menuBar()->addMenu(testi.LoadDllString(8023));
+    const auto comando = [&](int id, int testo, int descrizione, const QKeySequence& tasto, auto azione) {
+        auto* a = new QAction(testi.LoadDllString(testo), this);
+        a->setProperty(PxBarraComandi::ProprietaId, id);
+        a->setStatusTip(testi.LoadDllString(descrizione));
+        a->setToolTip(testi.LoadDllString(testo) + u'\n' + testi.LoadDllString(descrizione));
+        a->setShortcut(tasto);
+        a->setShortcutContext(Qt::WindowShortcut);
+        connect(a, &QAction::triggered, this, azione);
+        elenco->addAction(a);
+        menuElenco->addAction(a);
+        mComandi.insert(id, a);
+        return a;
+    };
+    comando(IdAggiorna, 1250, 1350, QKeySequence::Refresh, [this] {
+        if (mVista)
+            mVista->AggiornaContenuto();
+    });
+    comando(clsSrvVista::IdSelezionaTutto, 1228, 1328, QKeySequence::SelectAll, [this] {
+        if (mVista)
+            mVista->SelezionaTutto();
+        AggiornaConteggi();
+    });
+    comando(clsSrvVista::IdInvertiSelezione, 1229, 1329, QKeySequence(Qt::CTRL | Qt::Key_I), [this] {
+        if (mVista)
+            mVista->InvertiSelezione();
+        AggiornaConteggi();
+    });
+    comando(IdEspandi, 1251, 1351, QKeySequence(Qt::CTRL | Qt::Key_Plus), [this] { mxrpContenuto->expandToDepth(0); });
+    comando(IdComprimi, 1252, 1352, QKeySequence(Qt::CTRL | Qt::Key_Minus), [this] { mxrpContenuto->collapseAll(); });
+    QAction* blocca = comando(IdBlocca, 8016, 8017, QKeySequence(Qt::CTRL | Qt::Key_B), [this](bool attivo) {
+        if (mVista)
+            mVista->Blocca(attivo);
+    });
+    blocca->setCheckable(true);
+    mMenuRaggruppa = menuElenco->addMenu(testi.LoadDllString(8019));
+    elenco->addAction(mMenuRaggruppa->menuAction());
+    connect(mMenuRaggruppa, &QMenu::aboutToShow, this, &frmConsole::PreparaMenuRaggruppa);
+    addToolBar(Qt::TopToolBarArea, elenco);
+
+    // The live view's commands: a bar and a menu holding the same actions.
+    mBarraVista->setWindowTitle(testi.LoadDllString(8024));
+    mBarraVista->setObjectName(QStringLiteral("tbrComandi"));
+    mBarraVista->setToolButtonStyle(stile);
+    addToolBarBreak(Qt::TopToolBarArea);
+    addToolBar(Qt::TopToolBarArea, mBarraVista);
+    mMenuComandi = menuBar()->addMenu(testi.LoadDllString(8024));
+    mBarra = new PxBarraComandi(testi, mBarraVista, mMenuComandi, this);
+    mAmbiente = std::make_unique<PxAmbienteVista>(PxAmbienteVista{mContesto, *mxrpContenuto, *mModello, *mBarra});
+
+    // The header's menu offers the grouping too.
+    mxrpContenuto->header()->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(mxrpContenuto->header(), &QWidget::customContextMenuRequested, this, [this](const QPoint& p) {
+        PreparaMenuRaggruppa();
+        mMenuRaggruppa->popup(mxrpContenuto->header()->mapToGlobal(p));
+    });
+    // The pane menu: show again a pane the operator closed, move the focus by keyboard.
+    auto* visualizza = menuBar()->addMenu(testi.LoadDllString(8025));
+    auto* albero = visualizza->addAction(testi.LoadDllString(7000), this, [this] { mPosizione->Albero()->setFocus(); });
+    albero->setShortcut(QKeySequence(Qt::ALT | Qt::Key_1));
+    auto* lista = visualizza->addAction(testi.LoadDllString(7008), this, [this] { mxrpContenuto->setFocus(); });
+    lista->setShortcut(QKeySequence(Qt::ALT | Qt::Key_2));
+}
+
+QAction* frmConsole::Comando(int id) const { return mComandi.value(id); }
+
+void frmConsole::PreparaMenuRaggruppa()
+{
+    mMenuRaggruppa->clear();
+    const int attuale = mModello->ColonnaRaggruppamento();
+    const auto voce = [&](const QString& testo, int colonna) {
+        QAction* a = mMenuRaggruppa->addAction(testo, this, [this, colonna] { RaggruppaPer(colonna); });
+        a->setCheckable(true);
+        a->setChecked(colonna == attuale);
+    };
+    voce(mContesto.Testi().LoadDllString(8020), -1);
+    mMenuRaggruppa->addSeparator();
+    for (int k = 1; k < mModello->columnCount(); ++k)
+        if (!mxrpContenuto->isColumnHidden(k))
+            voce(mModello->headerData(k, Qt::Horizontal).toString(), k);
+}
+
+void frmConsole::RaggruppaPer(int colonna)
+{
+    if (mVista)
+        mVista->Raggruppa(colonna);
+}
+
 void frmConsole::Inizializza(frmApertura* apertura)
 {
     modTraccia::Proteggi("frmConsole_Inizializza", [&] {
         mPosizione->Inizializza(apertura);
+        CollegaServer();
         if (const PxSrvServer* server = mContesto.Server())
             statusBar()->showMessage(server->Identificativo() + QStringLiteral("  —  ") + server->Cartella());
     });
+}
+
+void frmConsole::CollegaServer()
+{
+    PxSrvServer* server = mContesto.Server();
+    if (!server)
+        return;
+    for (const QString& chiave : server->Chiavi()) {
+        PxSrvServizio* servizio = server->Servizio(chiave);
+        if (!servizio)
+            continue;
+        connect(servizio, &PxSrvServizio::StatoXmlCambiato, this, [this, chiave] { mobjServizio_CambioStato(chiave); });
+        connect(servizio, &PxSrvServizio::DocumentoSpostato, this,
+                [this, chiave](qint32 coda, const QString& id, const QString& nodo) {
+                    mobjServizio_DocumentoSpostato(chiave, coda, id, nodo);
+                });
+        connect(servizio, &PxSrvServizio::Avanzamento, this,
+                [this, chiave](const QString& attivita, qint32 fatti, qint32 totale) {
+                    mobjServizio_Avanzamento(chiave, attivita, fatti, totale);
+                });
+    }
+    if (PxSrvEventiServer* eventi = server->Eventi()) {
+        connect(eventi, &PxSrvEventiServer::UtenteConnesso, mPosizione, &frmPosizione::AggiungiUtente);
+        connect(eventi, &PxSrvEventiServer::UtenteDisconnesso, mPosizione, &frmPosizione::RimuoviUtente);
+        connect(eventi, &PxSrvEventiServer::StampanteAggiunta, mPosizione, &frmPosizione::AggiungiStampante);
+        connect(eventi, &PxSrvEventiServer::StampanteRimossa, mPosizione, &frmPosizione::RimuoviStampante);
+        connect(eventi, &PxSrvEventiServer::FtpClienteConnesso, mPosizione, &frmPosizione::AggiungiFtpCliente);
+        connect(eventi, &PxSrvEventiServer::FtpClienteDisconnesso, mPosizione, &frmPosizione::RimuoviFtpCliente);
+    }
+}
+
+void frmConsole::mobjServizio_CambioStato(const QString& chiaveOggetto)
+{
+    modTraccia::Proteggi("mobjServizio_CambioStato", [&] {
+        mPosizione->AggiornaServizio(chiaveOggetto);
+        // The property pane follows here once it is docked.
+        if (mVista)
+            mVista->AggiornaSrv(chiaveOggetto);
+    });
+}
+
+void frmConsole::mobjServizio_DocumentoSpostato(const QString& chiaveOggetto, qint32 coda, const QString& id,
+                                                const QString& nodo)
+{
+    modTraccia::Proteggi("mobjServizio_DocumentoSpostato", [&] {
+        if (!mVista)
+            return;
+        // Only the folder the notice belongs to takes it; its group view has nothing to show.
+        for (const modTabellaCartelle::Cartella& c : modTabellaCartelle::Cartelle())
+            if (chiaveOggetto == QLatin1StringView(c.Servizio) && mChiaveVisualizzata == QLatin1StringView(c.Nodo))
+                mVista->DocumentoSpostato(coda, id, nodo);
+    });
+}
+
+void frmConsole::mobjServizio_Avanzamento(const QString& chiaveOggetto, const QString& attivita, qint32 fatti, qint32 totale)
+{
+    if (mVista)
+        mVista->Avanzamento(chiaveOggetto, attivita, fatti, totale);
 }
 
 void frmConsole::Mostra() { show(); }
@@ -93,6 +303,7 @@ void frmConsole::Nascondi() { hide(); }
 void frmConsole::Termina()
 {
     modTraccia::Proteggi("frmConsole_Termina", [&] {
+        mVista.reset(); // saves its layout while the layout document is still there
         mChiaveVisualizzata.clear();
         const auto registro = PxImpostazioni::ApriRegistro();
         registro->setValue(QStringLiteral("frmConsole/Geometria"), saveGeometry());
@@ -100,7 +311,7 @@ void frmConsole::Termina()
     });
 }
 
-void frmConsole::ConfiguraPulsanti() {}
+void frmConsole::ConfiguraPulsanti() { AbilitaDocumenti(); }
 
 void frmConsole::ConfiguraPulsantiServer() {}
 
@@ -108,15 +319,73 @@ void frmConsole::AggiornaBarraComandi()
 {
     mStato->setText(mContesto.Stato().Descrizione());
     mStato->setEnabled(!mContesto.Occupato());
+    AbilitaDocumenti();
+}
+
+void frmConsole::AbilitaDocumenti()
+{
+    if (mVista)
+        mVista->AbilitaPulsanti(mVista->NumeroSelezionati() > 0 && !mContesto.Occupato());
+}
+
+void frmConsole::AggiornaConteggi()
+{
+    const PxConsoleResDll& testi = mContesto.Testi();
+    const qsizetype selezionati = mVista ? mVista->NumeroSelezionati() : 0;
+    mConteggi->setText(testi.LoadDllString(8014) + u' ' + QLocale().toString(mModello->NumeroRighe()) + QStringLiteral("   ")
+                       + testi.LoadDllString(8015) + u' ' + QLocale().toString(selezionati));
 }
 
 void frmConsole::VisualizzaServer(const QString& caption, const QString& chiave)
 {
     modTraccia::Proteggi("VisualizzaServer", [&] {
+        mVista.reset();
         mChiaveVisualizzata = chiave;
         mPosizione->ImpostaChiaveVisualizzata(chiave);
         setWindowTitle(mContesto.Testi().LoadDllString(8000) + QStringLiteral(" - ") + caption);
+        mVista = modViste::Crea(*mAmbiente, chiave);
+        clsSrvVista* vista = mVista.get();
+        connect(vista, &clsSrvVista::ContenutoCambiato, this, [this] {
+            AggiornaConteggi();
+            AbilitaDocumenti();
+        });
+        connect(vista, &clsSrvVista::InAttesaCambiata, this, [this](qsizetype n) {
+            mAttesa->setText(QLocale().toString(n) + u' ' + mContesto.Testi().LoadDllString(8018));
+            mAttesa->setVisible(n > 0);
+        });
+        connect(vista, &clsSrvVista::Messaggio, this, &frmConsole::MostraMessaggio);
+        connect(vista, &clsSrvVista::MostraDocumento, this, &frmConsole::MostraDocumento);
+        vista->Blocca(mComandi.value(IdBlocca)->isChecked());
+        vista->Avvia();
+        AggiornaConteggi();
     });
+}
+
+void frmConsole::MostraMessaggio(const QString& testo)
+{
+    statusBar()->showMessage(testo, 10000);
+    auto* avviso = new QMessageBox(QMessageBox::Warning, mContesto.Testi().LoadDllString(8000), testo, QMessageBox::Ok, this);
+    avviso->setAttribute(Qt::WA_DeleteOnClose);
+    avviso->open();
+}
+
+void frmConsole::MostraDocumento(const QString& xml)
+{
+    // The document viewers take this over once they are docked; until then the document's
+    // description is shown as the server sent it.
+    auto* finestra = new QDialog(this);
+    finestra->setAttribute(Qt::WA_DeleteOnClose);
+    finestra->setWindowTitle(mContesto.Testi().LoadDllString(8026));
+    auto* testo = new QPlainTextEdit(xml, finestra);
+    testo->setReadOnly(true);
+    testo->setLineWrapMode(QPlainTextEdit::NoWrap);
+    auto* pulsanti = new QDialogButtonBox(QDialogButtonBox::Close, finestra);
+    connect(pulsanti, &QDialogButtonBox::rejected, finestra, &QDialog::close);
+    auto* layout = new QVBoxLayout(finestra);
+    layout->addWidget(testo);
+    layout->addWidget(pulsanti);
+    finestra->resize(720, 520);
+    finestra->show();
 }
 
 void frmConsole::closeEvent(QCloseEvent* evento)
@@ -141,28 +410,52 @@ void frmConsole::Fotografa()
         std::printf("%s %s\n", ok ? "saved" : "FAILED", qPrintable(file));
     };
     const PxConsoleResDll& testi = mContesto.Testi();
-    // The printing service's node, the one the picture shows selected.
-    const auto trovati = mPosizione->Albero()->findItems(testi.LoadDllString(202), Qt::MatchExactly | Qt::MatchRecursive);
-    if (!trovati.isEmpty())
-        mPosizione->Albero()->setCurrentItem(trovati.first());
-    QTimer::singleShot(300, this, [this, salva, &testi] {
+    const auto vai = [this, &testi](int caption) {
+        const auto trovati = mPosizione->Albero()->findItems(testi.LoadDllString(caption), Qt::MatchExactly | Qt::MatchRecursive);
+        if (!trovati.isEmpty())
+            mPosizione->Albero()->setCurrentItem(trovati.first());
+    };
+    // The fax folder, grouped by stage, the first group open with a linked document shown.
+    vai(212);
+    QTimer::singleShot(1500, this, [this, salva, vai, &testi] {
+        for (int g = 0; g < mModello->rowCount() && g < 3; ++g) {
+            const QModelIndex gi = mModello->index(g, 0);
+            mxrpContenuto->expand(gi);
+            for (int r = 0; r < mModello->rowCount(gi); ++r)
+                if (const QModelIndex d = mModello->index(r, 0, gi); mModello->hasChildren(d)) {
+                    mxrpContenuto->expand(d);
+                    mxrpContenuto->selectionModel()->select(d, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+                    mxrpContenuto->selectionModel()->setCurrentIndex(d, QItemSelectionModel::NoUpdate);
+                    break;
+                }
+        }
         salva(this, "console.png");
-        frmApertura apertura(mContesto.Server());
-        for (int i = 0; i < apertura.Massimo() / 2; ++i)
-            apertura.Avanzamento(testi.LoadDllString(8006) + QStringLiteral(" ") + testi.LoadDllString(212) + QStringLiteral(" ")
-                                 + testi.LoadDllString(8007));
-        apertura.show();
-        salva(&apertura, "apertura.png");
-        frmChiusura chiusura;
-        chiusura.show();
-        salva(&chiusura, "chiusura.png");
-        close();
+        vai(202);
+        QTimer::singleShot(800, this, [this, salva, &testi] {
+            salva(this, "stampe.png");
+            frmApertura apertura(mContesto.Server());
+            for (int i = 0; i < apertura.Massimo() / 2; ++i)
+                apertura.Avanzamento(testi.LoadDllString(8006) + QStringLiteral(" ") + testi.LoadDllString(212)
+                                     + QStringLiteral(" ") + testi.LoadDllString(8007));
+            apertura.show();
+            salva(&apertura, "apertura.png");
+            frmChiusura chiusura;
+            chiusura.show();
+            salva(&chiusura, "chiusura.png");
+            close();
+        });
     });
 }
 
 void frmConsole::showEvent(QShowEvent* evento)
 {
     QMainWindow::showEvent(evento);
+    if (std::exchange(mPrimaDisposizione, false)) {
+        // The first time, the list gets the room; the panes can be widened by hand.
+        resizeDocks({findChild<QDockWidget*>(QStringLiteral("pnlPosizione")), findChild<QDockWidget*>(QStringLiteral("pnlProprieta"))},
+                    {270, 260}, Qt::Horizontal);
+        resizeDocks({findChild<QDockWidget*>(QStringLiteral("pnlLog"))}, {140}, Qt::Vertical);
+    }
     if (!mCartellaFotografie.isEmpty())
         QTimer::singleShot(0, this, &frmConsole::Fotografa);
 }

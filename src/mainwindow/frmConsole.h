@@ -1,27 +1,38 @@
 #pragma once
 
 #include "IFrmConsole.h"
+#include "clsSrvVista.h"
 
 #include <QMainWindow>
 
+#include <memory>
+
+class PxBarraComandi;
 class PxContesto;
+class PxModelloContenuto;
+class QAction;
 class QDockWidget;
 class QLabel;
+class QMenu;
+class QToolBar;
 class QTreeView;
 class frmPosizione;
 
-// The main window: it only assembles the panes. The server tree sits on the left, the
-// content list in the centre, property, log and system-information panes around it.
-// Closing it hides it; the engine notices and closes the console.
+// The main window: it assembles the panes and owns the content list, one command-bar set and
+// the status bar; the live view fills them. The server tree sits on the left, the property,
+// log and system-information panes around the list. Each service's notices reach one handler
+// here, which refreshes the tree and passes them to the live view. Closing the window hides
+// it; the engine notices and closes the console.
 class frmConsole : public QMainWindow, public IFrmConsole
 {
     Q_OBJECT
 
 public:
     explicit frmConsole(PxContesto& contesto, QWidget* parent = nullptr);
+    ~frmConsole() override;
 
-    // Once shown, saves pictures of this window, the opening window and the closing window
-    // into `cartella` (for the docs), then closes, which ends the console.
+    // Once shown, saves pictures of this window (the fax folder, the printing service), the
+    // opening window and the closing window into `cartella` (for the docs), then closes.
     void FotografaEChiudi(const QString& cartella);
 
     void Inizializza(frmApertura* apertura) override;
@@ -33,10 +44,16 @@ public:
     void ConfiguraPulsantiServer() override;
     void AggiornaBarraComandi() override;
 
-    // Makes the node of `chiave` the one on display.
+    // Releases the live view and makes the view of `chiave` live.
     void VisualizzaServer(const QString& caption, const QString& chiave);
     QString ChiaveVisualizzata() const { return mChiaveVisualizzata; }
     frmPosizione* Posizione() const { return mPosizione; }
+    clsSrvVista* Vista() const { return mVista.get(); }
+    QTreeView* Contenuto() const { return mxrpContenuto; }
+    PxModelloContenuto* Modello() const { return mModello; }
+    PxBarraComandi* Barra() const { return mBarra; }
+    // The list-wide commands (5100, 5101, refresh, freeze, ...) by id.
+    QAction* Comando(int id) const;
 
 protected:
     void closeEvent(QCloseEvent* evento) override;
@@ -44,6 +61,18 @@ protected:
 
 private:
     QDockWidget* AggiungiPannello(int titolo, const char* nome, QWidget* contenuto, Qt::DockWidgetArea area);
+    void CreaComandi();
+    void CollegaServer();
+    // One handler per service event source.
+    void mobjServizio_CambioStato(const QString& chiaveOggetto);
+    void mobjServizio_DocumentoSpostato(const QString& chiaveOggetto, qint32 coda, const QString& id, const QString& nodo);
+    void mobjServizio_Avanzamento(const QString& chiaveOggetto, const QString& attivita, qint32 fatti, qint32 totale);
+    void AggiornaConteggi();
+    void AbilitaDocumenti();
+    void MostraMessaggio(const QString& testo);
+    void MostraDocumento(const QString& xml);
+    void RaggruppaPer(int colonna);
+    void PreparaMenuRaggruppa();
 
     void Fotografa();
 
@@ -51,6 +80,17 @@ private:
     QString mCartellaFotografie;
     frmPosizione* mPosizione;
     QTreeView* mxrpContenuto;
+    PxModelloContenuto* mModello;
+    QToolBar* mBarraVista;
+    QMenu* mMenuComandi;
+    QMenu* mMenuRaggruppa;
+    PxBarraComandi* mBarra;
+    std::unique_ptr<PxAmbienteVista> mAmbiente;
+    std::unique_ptr<clsSrvVista> mVista;
+    QHash<int, QAction*> mComandi;
+    QLabel* mConteggi;
+    QLabel* mAttesa;
     QLabel* mStato;
     QString mChiaveVisualizzata;
+    bool mPrimaDisposizione = false;
 };

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <unordered_map>
 
 namespace {
 
@@ -206,20 +207,21 @@ void PxModelloContenuto::Indicizza(quint32 riga)
         RifaiIndice(); // also indexes `riga`, which is already alive
         return;
     }
+    const quint32 h = Hash(Cella(riga, 0));
     const size_t maschera = mIndice.size() - 1;
-    size_t i = Hash(Cella(riga, 0)) & maschera;
-    while (mIndice[i] != 0 && mIndice[i] != Tomba)
+    size_t i = h & maschera;
+    while (mIndice[i] != 0 && static_cast<quint32>(mIndice[i]) != Tomba)
         i = (i + 1) & maschera;
     if (mIndice[i] == 0)
         ++mOccupati;
-    mIndice[i] = riga + 1;
+    mIndice[i] = (quint64(h) << 32) | (riga + 1);
 }
 
 void PxModelloContenuto::Deindicizza(quint32 riga)
 {
     const size_t maschera = mIndice.size() - 1;
     for (size_t i = Hash(Cella(riga, 0)) & maschera; mIndice[i] != 0; i = (i + 1) & maschera)
-        if (mIndice[i] == riga + 1) {
+        if (static_cast<quint32>(mIndice[i]) == riga + 1) {
             mIndice[i] = Tomba;
             return;
         }
@@ -227,10 +229,12 @@ void PxModelloContenuto::Deindicizza(quint32 riga)
 
 qint32 PxModelloContenuto::Riga(std::string_view chiave) const
 {
+    // Each slot keeps its key's hash beside the row: other rows' text is read only on a match.
+    const quint32 h = Hash(chiave);
     const size_t maschera = mIndice.size() - 1;
-    for (size_t i = Hash(chiave) & maschera; mIndice[i] != 0; i = (i + 1) & maschera) {
-        const quint32 v = mIndice[i];
-        if (v != Tomba && Cella(v - 1, 0) == chiave)
+    for (size_t i = h & maschera; mIndice[i] != 0; i = (i + 1) & maschera) {
+        const quint32 v = static_cast<quint32>(mIndice[i]);
+        if (v != Tomba && (mIndice[i] >> 32) == h && Cella(v - 1, 0) == chiave)
             return static_cast<qint32>(v - 1);
     }
     return -1;
@@ -258,12 +262,32 @@ void PxModelloContenuto::IniziaCaricamento()
 
 bool PxModelloContenuto::Aggiungi(Celle celle, quint32 colore, qint32 icona)
 {
-    if (celle.empty() || mColonne.isEmpty() || Riga(celle[0]) >= 0)
+    if (celle.empty() || mColonne.isEmpty())
         return false;
+    if ((mOccupati + 1) * 2 > mIndice.size())
+        RifaiIndice();
+    // One probe finds a row of the same key or the free slot the new row takes.
+    const quint32 h = Hash(celle[0]);
+    const size_t maschera = mIndice.size() - 1;
+    size_t i = h & maschera;
+    size_t libero = SIZE_MAX;
+    for (; mIndice[i] != 0; i = (i + 1) & maschera) {
+        const quint32 v = static_cast<quint32>(mIndice[i]);
+        if (v == Tomba) {
+            if (libero == SIZE_MAX)
+                libero = i;
+        } else if ((mIndice[i] >> 32) == h && Cella(v - 1, 0) == celle[0]) {
+            return false;
+        }
+    }
+    if (libero == SIZE_MAX) {
+        libero = i;
+        ++mOccupati;
+    }
     const quint32 riga = static_cast<quint32>(mRighe.size());
     mRighe.push_back({Scrivi(celle), colore, static_cast<quint32>(mCollegati.size()), 0, icona, true});
+    mIndice[libero] = (quint64(h) << 32) | (riga + 1);
     ++mVive;
-    Indicizza(riga);
     return true;
 }
 
@@ -279,13 +303,22 @@ void PxModelloContenuto::AggiungiCollegato(std::string_view id, std::string_view
     ++mRighe.back().NumeroCollegati;
 }
 
+void PxModelloContenuto::Riserva(size_t righe, size_t testo)
+{
+    mRighe.reserve(righe);
+    mCelle.reserve(righe * static_cast<size_t>(mColonne.size() + 1));
+    mTesto.reserve(testo);
+    size_t capacita = mIndice.size();
+    while (capacita < righe * 2 + 16)
+        capacita *= 2;
+    if (capacita != mIndice.size() && mOccupati == 0)
+        mIndice.assign(capacita, 0);
+}
+
 void PxModelloContenuto::FineCaricamento()
 {
     if (!mInCaricamento)
         return;
-    mOrdine.resize(mRighe.size());
-    for (quint32 r = 0; r < mRighe.size(); ++r)
-        mOrdine[r] = r;
     Riordina();
     mInCaricamento = false;
     endResetModel();
@@ -323,41 +356,75 @@ int PxModelloContenuto::Confronta(quint32 a, quint32 b) const
 
 void PxModelloContenuto::Riordina()
 {
-    // Drop the removed rows, then sort by precomputed keys; the full comparison only breaks
-    // ties of the keys.
-    std::erase_if(mOrdine, [this](quint32 r) { return !mRighe[r].Viva; });
-    if (mColonnaGruppo >= 0 || mColonnaOrdine >= 0) {
-        struct Voce
-        {
-            quint64 G, S;
-            quint32 R;
-        };
-        std::vector<Voce> voci(mOrdine.size());
-        const bool discendente = mVerso == Qt::DescendingOrder;
-        for (size_t i = 0; i < mOrdine.size(); ++i) {
-            const quint32 r = mOrdine[i];
-            const quint64 g = mColonnaGruppo >= 0 ? Prefisso(Cella(r, mColonnaGruppo), CellaData(r, mColonnaGruppo)) : 0;
-            quint64 s = mColonnaOrdine >= 0 ? Prefisso(Cella(r, mColonnaOrdine), CellaData(r, mColonnaOrdine)) : 0;
-            voci[i] = {g, discendente ? ~s : s, r};
+    // Keys are computed walking the rows as they are stored (the memory in order); the result
+    // does not depend on the order before, since ties fall to the row number.
+    struct Voce
+    {
+        quint64 G, S;
+        quint32 R;
+    };
+    std::vector<Voce> voci;
+    voci.reserve(static_cast<size_t>(mVive));
+    const bool discendente = mVerso == Qt::DescendingOrder;
+    // Groups: each distinct text gets its rank among the texts, so that grouping compares numbers.
+    std::unordered_map<std::string_view, quint32> gruppi;
+    std::string_view ultimo;
+    quint64 ultimoGruppo = 0;
+    for (quint32 r = 0; r < mRighe.size(); ++r) {
+        if (!mRighe[r].Viva)
+            continue;
+        quint64 g = 0;
+        if (mColonnaGruppo >= 0) {
+            // Rows come queue by queue: the stage of a row is mostly the one of the row before.
+            const std::string_view t = Cella(r, mColonnaGruppo);
+            if (gruppi.empty() || t != ultimo) {
+                ultimo = t;
+                ultimoGruppo = gruppi.try_emplace(t, static_cast<quint32>(gruppi.size())).first->second;
+            }
+            g = ultimoGruppo;
         }
+        const quint64 s = mColonnaOrdine >= 0 ? Prefisso(Cella(r, mColonnaOrdine), CellaData(r, mColonnaOrdine)) : 0;
+        voci.push_back({g, discendente ? ~s : s, r});
+    }
+    if (mColonnaGruppo >= 0) {
+        std::vector<std::pair<std::string_view, quint32>> testi(gruppi.begin(), gruppi.end());
+        std::sort(testi.begin(), testi.end(), [](const auto& a, const auto& b) { return ConfrontaTesti(a.first, b.first) < 0; });
+        std::vector<quint32> rango(testi.size());
+        for (quint32 i = 0; i < testi.size(); ++i)
+            rango[testi[i].second] = i;
+        for (Voce& v : voci)
+            v.G = rango[v.G];
+    }
+    bool contati = false;
+    if (mColonnaGruppo >= 0 && mColonnaOrdine < 0) {
+        contati = true;
+        // Grouped in the server's order: a counting sort by group keeps the row order.
+        std::vector<quint32> inizio(gruppi.size() + 1, 0);
+        for (const Voce& v : voci)
+            ++inizio[v.G + 1];
+        for (size_t g = 1; g < inizio.size(); ++g)
+            inizio[g] += inizio[g - 1];
+        mOrdine.resize(voci.size());
+        for (const Voce& v : voci)
+            mOrdine[inizio[v.G]++] = v.R;
+        voci.clear();
+    } else if (mColonnaGruppo >= 0 || mColonnaOrdine >= 0)
         std::sort(voci.begin(), voci.end(), [this, discendente](const Voce& a, const Voce& b) {
             if (a.G != b.G)
                 return a.G < b.G;
-            if ((a.G >> 62) == 2 && mColonnaGruppo >= 0)
-                if (const int c = ConfrontaTesti(Cella(a.R, mColonnaGruppo), Cella(b.R, mColonnaGruppo)))
-                    return c < 0;
             if (a.S != b.S)
                 return a.S < b.S;
+            // Equal prefixes of two texts: the whole texts decide.
             const quint64 tipo = discendente ? (~a.S >> 62) : (a.S >> 62);
             if (tipo == 2 && mColonnaOrdine >= 0)
                 if (const int c = ConfrontaTesti(Cella(a.R, mColonnaOrdine), Cella(b.R, mColonnaOrdine)))
                     return discendente ? c > 0 : c < 0;
             return a.R < b.R;
         });
+    if (!contati) {
+        mOrdine.resize(voci.size());
         for (size_t i = 0; i < voci.size(); ++i)
             mOrdine[i] = voci[i].R;
-    } else {
-        std::sort(mOrdine.begin(), mOrdine.end());
     }
     mPosizione.assign(mRighe.size(), 0);
     for (quint32 i = 0; i < mOrdine.size(); ++i)
@@ -727,7 +794,7 @@ QString PxModelloContenuto::Chiave(const QModelIndex& indice) const
 size_t PxModelloContenuto::MemoriaStrutture() const
 {
     return mCelle.capacity() * sizeof(quint32) + mRighe.capacity() * sizeof(RigaDati)
-        + mCollegati.capacity() * sizeof(Collegato) + mIndice.capacity() * sizeof(quint32)
+        + mCollegati.capacity() * sizeof(Collegato) + mIndice.capacity() * sizeof(quint64)
         + mOrdine.capacity() * sizeof(quint32) + mPosizione.capacity() * sizeof(quint32)
         + mGruppi.capacity() * sizeof(Gruppo);
 }

@@ -51,6 +51,8 @@ public:
 
     // A full load: rows added between Inizia and Fine appear in one reset.
     void IniziaCaricamento();
+    // Room for about `righe` rows holding `testo` bytes of text, to grow once.
+    void Riserva(size_t righe, size_t testo);
     // Adds a row (at least one cell, the key, and at most one per column); false, and nothing
     // added, when a row of that key exists.
     bool Aggiungi(Celle celle, quint32 colore, qint32 icona = 0);
@@ -161,7 +163,7 @@ private:
     std::vector<RigaDati> mRighe;
     std::vector<Collegato> mCollegati;
     qsizetype mVive = 0;
-    std::vector<quint32> mIndice; // open addressing: row + 1; 0 empty; Tomba removed
+    std::vector<quint64> mIndice; // open addressing: hash << 32 | row + 1; 0 empty; Tomba removed
     static constexpr quint32 Tomba = 0xFFFFFFFFu;
     size_t mOccupati = 0;
 
