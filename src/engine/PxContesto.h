@@ -46,6 +46,7 @@ signals:
 
 private:
     friend class PxSrvConsole;
+    friend struct PxContestoSonda; // tests lend it a layout document
 
     const PxConsoleResDll& mTesti;
     const PxIconResource& mIcone;
