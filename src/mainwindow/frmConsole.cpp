@@ -96,6 +96,8 @@ frmConsole::frmConsole(PxContesto& contesto, QWidget* parent)
 
     CreaComandi();
 
+    mConteggi->setObjectName(QStringLiteral("lblConteggi"));
+    mAttesa->setObjectName(QStringLiteral("lblInAttesa"));
     mAttesa->setVisible(false);
     statusBar()->addPermanentWidget(mAttesa);
     statusBar()->addPermanentWidget(mConteggi);

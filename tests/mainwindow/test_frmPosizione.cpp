@@ -13,6 +13,9 @@
 #include "frmApertura.h"
 #include "frmConsole.h"
 #include "frmPosizione.h"
+#include "PxBarraComandi.h"
+#include "PxModelloContenuto.h"
+#include "clsSrvCartella.h"
 #include "modDemo.h"
 #include "modTraccia.h"
 
@@ -22,12 +25,25 @@
 #include <QDir>
 #include <QDockWidget>
 #include <QFile>
+#include <QLabel>
+#include <QStatusBar>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTreeWidget>
 
 #include <pugixml.hpp>
+
+using namespace Qt::StringLiterals;
+
+struct PxContestoSonda
+{
+    static void Occupato(PxContesto& c, bool occupato)
+    {
+        c.mOccupato = occupato;
+        emit c.CambioOccupato(occupato);
+    }
+};
 
 namespace {
 
@@ -65,7 +81,7 @@ class Albero : public ::testing::Test
 protected:
     void SetUp() override
     {
-        ASSERT_EQ(modDemo::CreaServerDemo(mDir.path(), 0), QString());
+        ASSERT_EQ(modDemo::CreaServerDemo(mDir.path(), Documenti()), QString());
         Prepara(mDir.path());
         mLog.NomeApplicazione = QStringLiteral("albero");
         mLog.Cartella = mDirLog.path();
@@ -73,7 +89,7 @@ protected:
         ASSERT_TRUE(mLog.Apri());
         modTraccia::ImpostaLog(&mLog);
         // The demo server on its own thread, as the console runs it.
-        mOspite = std::make_unique<RefOspite>(mDir.path());
+        mOspite = std::make_unique<RefOspite>(mDir.path(), OpzioniServer());
         mCollegamento = std::make_unique<PxCollegamentoDiretto>([this](const QString& nome) { return mOspite->Oggetto(nome); });
         mServer = std::make_unique<PxSrvServer>(mCollegamento.get());
         mServer->Connetti();
@@ -96,6 +112,8 @@ protected:
 
     // Changes the demo's server folder before the server starts.
     virtual void Prepara(const QString&) {}
+    virtual int Documenti() const { return 0; }
+    virtual RefServer::Opzioni OpzioniServer() const { return {}; }
 
     QTreeWidgetItem* Nodo(const QString& testo) const
     {
@@ -477,4 +495,82 @@ TEST_F(Albero, TheMainWindowReopensWhereTheOperatorLeftIt)
     riaperta.Mostra();
     EXPECT_EQ(riaperta.size(), QSize(900, 640));
     EXPECT_FALSE(riaperta.findChild<QDockWidget*>(QStringLiteral("pnlLog"))->isVisible());
+}
+
+// The main window over the same server: its own tree, wired by the window itself.
+class Finestra : public Albero
+{
+protected:
+    void SetUp() override
+    {
+        Albero::SetUp();
+        mConsole = std::make_unique<frmConsole>(*mContesto);
+        mConsole->Inizializza(nullptr);
+        // The tree selects its root, and the window shows the server, once the timer fires.
+        ASSERT_TRUE(Attendi([&] { return mConsole->ChiaveVisualizzata() == u"SrvServer"_s; }));
+    }
+
+    void TearDown() override
+    {
+        mConsole.reset();
+        Albero::TearDown();
+    }
+
+    // Documents that stay where they are: only the test moves things.
+    int Documenti() const override { return 200; }
+    RefServer::Opzioni OpzioniServer() const override { return {false, true}; }
+
+    PxModelloContenuto& Modello() const { return *mConsole->Modello(); }
+    frmPosizione& Pannello() const { return *mConsole->Posizione(); }
+
+    std::unique_ptr<frmConsole> mConsole;
+};
+
+TEST_F(Finestra, AStateChangeReachesTheLiveViewOnlyIfItShowsThatService)
+{
+    mConsole->VisualizzaServer(u"Documenti fax"_s, u"SrvDocFax"_s);
+    ASSERT_NE(dynamic_cast<clsSrvCartella*>(mConsole->Vista()), nullptr);
+    ASSERT_TRUE(Attendi([&] { return Modello().NumeroRighe() > 0; }));
+    QSignalSpy azzeramenti(&Modello(), &QAbstractItemModel::modelReset);
+    QSignalSpy cambi(&Modello(), &QAbstractItemModel::dataChanged);
+    PxSrvServizio* tif = mServer->Servizio(u"PxSrvTifVm"_s);
+    tif->Sospendi();
+    ASSERT_TRUE(Attendi([&] { return Pannello().IconaNodo(u"SrvTifVm"_s) < 0; }));
+    EXPECT_EQ(azzeramenti.size(), 0) << "the folder's rows are not the worker's";
+    EXPECT_EQ(cambi.size(), 0);
+
+    // The group view shows the worker: its row follows.
+    mConsole->VisualizzaServer(u"Fax"_s, u"SrvFax"_s);
+    EXPECT_EQ(mConsole->ChiaveVisualizzata(), u"SrvFax"_s);
+    ASSERT_TRUE(Attendi([&] { return Modello().Riga(u"SrvTifVm"_s) >= 0; }));
+    const QString sospeso = Modello().Testo(Modello().Riga(u"SrvTifVm"_s), 2);
+    tif->Avvia();
+    EXPECT_TRUE(Attendi([&] { return Modello().Testo(Modello().Riga(u"SrvTifVm"_s), 2) != sospeso; }));
+    EXPECT_GT(Pannello().IconaNodo(u"SrvTifVm"_s), 0);
+}
+
+TEST_F(Finestra, AClientThatConnectsWhileTheConsoleRunsAppearsAndGoes)
+{
+    const QString chiave = frmPosizione::ChiaveVoce("SrvUtente", u"U-0077"_s);
+    ASSERT_EQ(Pannello().Nodo(chiave), nullptr);
+    ASSERT_TRUE(SulServer([](RefServer& s) { return s.ConnettiUtente(RecordUtente(u"U-0077"_s, u"tverdi (PC-MAG-01)"_s, 4410)); }));
+    ASSERT_TRUE(Attendi([&] { return Pannello().Nodo(chiave) != nullptr; }));
+    EXPECT_EQ(Pannello().Nodo(chiave)->text(0), u"tverdi (PC-MAG-01)"_s);
+    ASSERT_TRUE(SulServer([](RefServer& s) { return s.DisconnettiUtente(u"U-0077"_s); }));
+    EXPECT_TRUE(Attendi([&] { return Pannello().Nodo(chiave) == nullptr; }));
+}
+
+TEST_F(Finestra, TheBusyMarkDisablesTheDocumentCommandsAndTheCountsFollowTheSelection)
+{
+    mConsole->VisualizzaServer(u"Documenti fax"_s, u"SrvDocFax"_s);
+    ASSERT_TRUE(Attendi([&] { return Modello().NumeroRighe() > 0; }));
+    mConsole->Comando(clsSrvVista::IdSelezionaTutto)->trigger();
+    EXPECT_TRUE(mConsole->Barra()->Azione(5300)->isEnabled());
+    const QString conteggi = mConsole->findChild<QLabel*>(u"lblConteggi"_s)->text();
+    EXPECT_TRUE(conteggi.contains(QLocale().toString(Modello().NumeroRighe()))) << qPrintable(conteggi);
+    PxContestoSonda::Occupato(*mContesto, true);
+    for (const int id : {5315, 5302, 5303, 5300})
+        EXPECT_FALSE(mConsole->Barra()->Azione(id)->isEnabled()) << id;
+    PxContestoSonda::Occupato(*mContesto, false);
+    EXPECT_TRUE(mConsole->Barra()->Azione(5300)->isEnabled());
 }
