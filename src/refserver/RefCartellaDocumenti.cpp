@@ -53,7 +53,7 @@ QString Priorita(qint32 p)
 
 QString Campo(const DatiDocumento& d, modCartelle::Campo c)
 {
-    using enum modCartelle::Campo;
+    using enum modTabellaCartelle::Campo;
     switch (c) {
     case Id: return d.Id;
     case Descrizione: return d.Descrizione;
