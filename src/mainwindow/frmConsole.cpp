@@ -420,17 +420,33 @@ void frmConsole::Fotografa()
     // The fax folder, grouped by stage, the first group open with a linked document shown.
     vai(212);
     QTimer::singleShot(1500, this, [this, salva, vai, &testi] {
-        for (int g = 0; g < mModello->rowCount() && g < 3; ++g) {
+        // The groups show the stages' colours; open are a rejected stage (red) and the smallest
+        // stage with a document that has a linked document, opened too.
+        mxrpContenuto->collapseAll();
+        QModelIndex scelto, verde;
+        int piccolo = 1 << 30;
+        for (int g = 0; g < mModello->rowCount(); ++g) {
             const QModelIndex gi = mModello->index(g, 0);
-            mxrpContenuto->expand(gi);
-            for (int r = 0; r < mModello->rowCount(gi); ++r)
+            const QColor colore = gi.data(Qt::ForegroundRole).value<QColor>();
+            if (colore == QColor(255, 0, 0) && mModello->rowCount(gi) < 6)
+                mxrpContenuto->expand(gi);
+            if (colore == QColor(0, 192, 0) && !verde.isValid())
+                verde = gi;
+            for (int r = 0; r < mModello->rowCount(gi) && mModello->rowCount(gi) < piccolo; ++r)
                 if (const QModelIndex d = mModello->index(r, 0, gi); mModello->hasChildren(d)) {
-                    mxrpContenuto->expand(d);
-                    mxrpContenuto->selectionModel()->select(d, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-                    mxrpContenuto->selectionModel()->setCurrentIndex(d, QItemSelectionModel::NoUpdate);
-                    break;
+                    scelto = d;
+                    piccolo = mModello->rowCount(gi);
                 }
         }
+        if (scelto.isValid()) {
+            mxrpContenuto->expand(scelto.parent());
+            mxrpContenuto->expand(scelto);
+            mxrpContenuto->selectionModel()->select(scelto, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+            mxrpContenuto->selectionModel()->setCurrentIndex(scelto, QItemSelectionModel::NoUpdate);
+        }
+        mxrpContenuto->scrollToTop();
+        if (verde.isValid())
+            mxrpContenuto->scrollTo(verde, QAbstractItemView::PositionAtTop);
         salva(this, "console.png");
         vai(202);
         QTimer::singleShot(800, this, [this, salva, &testi] {

@@ -14,14 +14,9 @@ namespace {
 // What went wrong, when a document is rejected.
 std::pair<qint32, QString> MotivoRifiuto(std::mt19937& caso)
 {
-    static const std::pair<qint32, QString> motivi[] = {
-        {12, u"Errore 12: destinatario non raggiungibile"_s},
-        {27, u"Errore 27: linea occupata dopo 3 tentativi"_s},
-        {41, u"Errore 41: formato del corpo non riconosciuto"_s},
-        {55, u"Errore 55: stampante non disponibile"_s},
-        {63, u"Errore 63: il server smtp ha rifiutato il messaggio (550)"_s},
-    };
-    return motivi[caso() % std::size(motivi)];
+    const auto motivi = modCartelle::MotiviRifiuto();
+    const modCartelle::Motivo& m = motivi[caso() % motivi.size()];
+    return {m.Codice, QString::fromUtf8(m.Testo)};
 }
 
 } // namespace

@@ -84,6 +84,18 @@ const Definizione Tabella[] = {
 
 std::span<const Definizione> Cartelle() { return Tabella; }
 
+std::span<const Motivo> MotiviRifiuto()
+{
+    static constexpr Motivo motivi[] = {
+        {12, "Errore 12: destinatario non raggiungibile"},
+        {27, "Errore 27: linea occupata dopo 3 tentativi"},
+        {41, "Errore 41: formato del corpo non riconosciuto"},
+        {55, "Errore 55: stampante non disponibile"},
+        {63, "Errore 63: il server smtp ha rifiutato il messaggio (550)"},
+    };
+    return motivi;
+}
+
 const Definizione* Trova(QStringView chiave)
 {
     for (const Definizione& d : Tabella)

@@ -115,8 +115,10 @@ DatiDocumento Documento(const modCartelle::Definizione& def, int numero, int glo
         d.Elaborato = d.Inserito.addSecs(30 + c.Fino(3600));
     d.Stato = modProprieta::DescrizioneCoda(def.Genere, d.Coda);
     if (d.Coda == def.CodaRespinti || d.Coda == def.CodaScartati) {
-        d.CodiceErrore = 12 + c.Fino(50);
-        d.Errore = QStringLiteral("Errore %1: destinatario non raggiungibile").arg(d.CodiceErrore);
+        // The same reasons as the workers give, so that the stages group as they would live.
+        const modCartelle::Motivo& m = modCartelle::MotiviRifiuto()[static_cast<size_t>(c.Fino(5))];
+        d.CodiceErrore = m.Codice;
+        d.Errore = QString::fromUtf8(m.Testo);
         d.Stato = d.Errore;
         d.Rifiuti = d.Coda == def.CodaScartati ? 2 : 1;
     }

@@ -3,6 +3,7 @@
 #include "PxConsoleResDll.h"
 
 #include <QAction>
+#include <QKeySequence>
 #include <QMenu>
 #include <QToolBar>
 #include <QToolButton>
@@ -31,10 +32,27 @@ void PxBarraComandi::Svuota()
     mAzioni.clear();
 }
 
+namespace {
+// Keys for the document commands an operator uses most; the others are in the menu (Alt+C).
+QKeySequence Tasto(int id)
+{
+    switch (id) {
+    case 5315: return QKeySequence(Qt::CTRL | Qt::Key_Return);            // view document
+    case 5302: return QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_A);     // previews
+    case 5303: return QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C);     // send compressed
+    case 5305: return QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_O);     // document folder
+    case 5306:
+    case 5307: return QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_V);     // view pdf / tiff
+    default: return {};
+    }
+}
+} // namespace
+
 QAction* PxBarraComandi::Nuova(int id, int testo, int descrizione, QObject* genitore)
 {
     auto* a = new QAction(mTesti.LoadDllString(testo), genitore);
     a->setProperty(ProprietaId, id);
+    a->setShortcut(Tasto(id));
     if (descrizione) {
         a->setToolTip(mTesti.LoadDllString(testo) + QStringLiteral("\n") + mTesti.LoadDllString(descrizione));
         a->setStatusTip(mTesti.LoadDllString(descrizione));

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <map>
 #include <unordered_map>
 
 namespace {
@@ -94,6 +95,7 @@ void PxModelloContenuto::ImpostaColonne(QList<Colonna> colonne)
     beginResetModel();
     mColonne = std::move(colonne);
     mColonnaOrdine = -1;
+    mColonnaFase = -1;
     if (mColonnaGruppo >= mColonne.size())
         mColonnaGruppo = -1;
     mTesto.clear();
@@ -260,7 +262,7 @@ void PxModelloContenuto::IniziaCaricamento()
     mOccupati = 0;
 }
 
-bool PxModelloContenuto::Aggiungi(Celle celle, quint32 colore, qint32 icona)
+bool PxModelloContenuto::Aggiungi(Celle celle, quint32 colore, qint32 icona, qint16 fase)
 {
     if (celle.empty() || mColonne.isEmpty())
         return false;
@@ -285,7 +287,7 @@ bool PxModelloContenuto::Aggiungi(Celle celle, quint32 colore, qint32 icona)
         ++mOccupati;
     }
     const quint32 riga = static_cast<quint32>(mRighe.size());
-    mRighe.push_back({Scrivi(celle), colore, static_cast<quint32>(mCollegati.size()), 0, icona, true});
+    mRighe.push_back({Scrivi(celle), colore, static_cast<quint32>(mCollegati.size()), 0, icona, true, fase});
     mIndice[libero] = (quint64(h) << 32) | (riga + 1);
     ++mVive;
     return true;
@@ -343,10 +345,18 @@ int PxModelloContenuto::ConfrontaColonna(quint32 a, quint32 b, int colonna) cons
     return ConfrontaTesti(x, y);
 }
 
+int PxModelloContenuto::ConfrontaGruppo(quint32 a, quint32 b) const
+{
+    // Grouped by the stage column, the groups follow the stages' order, then their text.
+    if (mColonnaGruppo == mColonnaFase && mRighe[a].Fase != mRighe[b].Fase)
+        return mRighe[a].Fase < mRighe[b].Fase ? -1 : 1;
+    return ConfrontaColonna(a, b, mColonnaGruppo);
+}
+
 int PxModelloContenuto::Confronta(quint32 a, quint32 b) const
 {
     if (mColonnaGruppo >= 0)
-        if (const int c = ConfrontaColonna(a, b, mColonnaGruppo))
+        if (const int c = ConfrontaGruppo(a, b))
             return c;
     if (mColonnaOrdine >= 0)
         if (const int c = ConfrontaColonna(a, b, mColonnaOrdine))
@@ -366,9 +376,13 @@ void PxModelloContenuto::Riordina()
     std::vector<Voce> voci;
     voci.reserve(static_cast<size_t>(mVive));
     const bool discendente = mVerso == Qt::DescendingOrder;
-    // Groups: each distinct text gets its rank among the texts, so that grouping compares numbers.
-    std::unordered_map<std::string_view, quint32> gruppi;
+    // Groups: each distinct (stage, text) gets its rank among them, so that grouping compares
+    // numbers. The stage counts only when grouping by the stage column.
+    const bool perFase = mColonnaGruppo >= 0 && mColonnaGruppo == mColonnaFase;
+    std::map<qint16, std::unordered_map<std::string_view, quint32>> perFasi;
+    std::vector<std::pair<qint16, std::string_view>> distinti;
     std::string_view ultimo;
+    qint16 ultimaFase = 0;
     quint64 ultimoGruppo = 0;
     for (quint32 r = 0; r < mRighe.size(); ++r) {
         if (!mRighe[r].Viva)
@@ -377,9 +391,14 @@ void PxModelloContenuto::Riordina()
         if (mColonnaGruppo >= 0) {
             // Rows come queue by queue: the stage of a row is mostly the one of the row before.
             const std::string_view t = Cella(r, mColonnaGruppo);
-            if (gruppi.empty() || t != ultimo) {
+            const qint16 fase = perFase ? mRighe[r].Fase : qint16(0);
+            if (distinti.empty() || t != ultimo || fase != ultimaFase) {
                 ultimo = t;
-                ultimoGruppo = gruppi.try_emplace(t, static_cast<quint32>(gruppi.size())).first->second;
+                ultimaFase = fase;
+                const auto [it, nuovo] = perFasi[fase].try_emplace(t, static_cast<quint32>(distinti.size()));
+                if (nuovo)
+                    distinti.emplace_back(fase, t);
+                ultimoGruppo = it->second;
             }
             g = ultimoGruppo;
         }
@@ -387,11 +406,17 @@ void PxModelloContenuto::Riordina()
         voci.push_back({g, discendente ? ~s : s, r});
     }
     if (mColonnaGruppo >= 0) {
-        std::vector<std::pair<std::string_view, quint32>> testi(gruppi.begin(), gruppi.end());
-        std::sort(testi.begin(), testi.end(), [](const auto& a, const auto& b) { return ConfrontaTesti(a.first, b.first) < 0; });
-        std::vector<quint32> rango(testi.size());
-        for (quint32 i = 0; i < testi.size(); ++i)
-            rango[testi[i].second] = i;
+        std::vector<quint32> ordine(distinti.size());
+        for (quint32 i = 0; i < ordine.size(); ++i)
+            ordine[i] = i;
+        std::sort(ordine.begin(), ordine.end(), [&distinti](quint32 a, quint32 b) {
+            if (distinti[a].first != distinti[b].first)
+                return distinti[a].first < distinti[b].first;
+            return ConfrontaTesti(distinti[a].second, distinti[b].second) < 0;
+        });
+        std::vector<quint32> rango(distinti.size());
+        for (quint32 i = 0; i < ordine.size(); ++i)
+            rango[ordine[i]] = i;
         for (Voce& v : voci)
             v.G = rango[v.G];
     }
@@ -399,7 +424,7 @@ void PxModelloContenuto::Riordina()
     if (mColonnaGruppo >= 0 && mColonnaOrdine < 0) {
         contati = true;
         // Grouped in the server's order: a counting sort by group keeps the row order.
-        std::vector<quint32> inizio(gruppi.size() + 1, 0);
+        std::vector<quint32> inizio(distinti.size() + 1, 0);
         for (const Voce& v : voci)
             ++inizio[v.G + 1];
         for (size_t g = 1; g < inizio.size(); ++g)
@@ -439,7 +464,7 @@ void PxModelloContenuto::RifaiGruppi()
     if (mColonnaGruppo < 0)
         return;
     for (quint32 i = 0; i < mOrdine.size(); ++i) {
-        if (mGruppi.empty() || ConfrontaColonna(mOrdine[mGruppi.back().Inizio], mOrdine[i], mColonnaGruppo) != 0) {
+        if (mGruppi.empty() || ConfrontaGruppo(mOrdine[mGruppi.back().Inizio], mOrdine[i]) != 0) {
             mGruppi.push_back({i, 0, mProssimoGruppo++});
             mGruppoDaId.insert(mGruppi.back().Id, static_cast<quint32>(mGruppi.size() - 1));
         }
@@ -489,9 +514,9 @@ void PxModelloContenuto::Inserimento(quint32 riga)
         return;
     }
     qint32 g = -1;
-    if (p > 0 && ConfrontaColonna(mOrdine[p - 1], riga, mColonnaGruppo) == 0)
+    if (p > 0 && ConfrontaGruppo(mOrdine[p - 1], riga) == 0)
         g = GruppoDellaPosizione(p - 1);
-    else if (p < mOrdine.size() && ConfrontaColonna(mOrdine[p], riga, mColonnaGruppo) == 0)
+    else if (p < mOrdine.size() && ConfrontaGruppo(mOrdine[p], riga) == 0)
         g = GruppoDellaPosizione(p);
     if (g < 0) {
         g = p < mOrdine.size() ? GruppoDellaPosizione(p) : static_cast<qint32>(mGruppi.size());
@@ -582,9 +607,9 @@ void PxModelloContenuto::Sposta(quint32 riga)
     }
     qint32 gs = GruppoDellaPosizione(p);
     qint32 gt = -1;
-    if (const qint64 a = prima(); a >= 0 && ConfrontaColonna(mOrdine[static_cast<size_t>(a)], riga, mColonnaGruppo) == 0)
+    if (const qint64 a = prima(); a >= 0 && ConfrontaGruppo(mOrdine[static_cast<size_t>(a)], riga) == 0)
         gt = GruppoDellaPosizione(static_cast<quint32>(a));
-    else if (const qint64 b = dopo(); b >= 0 && ConfrontaColonna(mOrdine[static_cast<size_t>(b)], riga, mColonnaGruppo) == 0)
+    else if (const qint64 b = dopo(); b >= 0 && ConfrontaGruppo(mOrdine[static_cast<size_t>(b)], riga) == 0)
         gt = GruppoDellaPosizione(static_cast<quint32>(b));
     if (gt == gs) {
         const quint32 base = mGruppi[static_cast<size_t>(gs)].Inizio;
@@ -707,12 +732,13 @@ QModelIndex PxModelloContenuto::IndiceGruppo(const QString& testo) const
 // ---- one row
 
 bool PxModelloContenuto::Inserisci(Celle celle, quint32 colore,
-                                   std::span<const std::pair<std::string_view, std::string_view>> collegati, qint32 icona)
+                                   std::span<const std::pair<std::string_view, std::string_view>> collegati, qint32 icona,
+                                   qint16 fase)
 {
     if (mInCaricamento || celle.empty() || mColonne.isEmpty() || Riga(celle[0]) >= 0)
         return false;
     const quint32 riga = static_cast<quint32>(mRighe.size());
-    mRighe.push_back({Scrivi(celle), colore, static_cast<quint32>(mCollegati.size()), 0, icona, true});
+    mRighe.push_back({Scrivi(celle), colore, static_cast<quint32>(mCollegati.size()), 0, icona, true, fase});
     for (const auto& [id, descrizione] : collegati)
         AggiungiCollegato(id, descrizione);
     ++mVive;
@@ -721,7 +747,7 @@ bool PxModelloContenuto::Inserisci(Celle celle, quint32 colore,
     return true;
 }
 
-void PxModelloContenuto::Aggiorna(qint32 riga, Celle celle, quint32 colore, qint32 icona)
+void PxModelloContenuto::Aggiorna(qint32 riga, Celle celle, quint32 colore, qint32 icona, qint16 fase)
 {
     if (riga < 0 || static_cast<size_t>(riga) >= mRighe.size() || !mRighe[static_cast<size_t>(riga)].Viva)
         return;
@@ -748,9 +774,11 @@ void PxModelloContenuto::Aggiorna(qint32 riga, Celle celle, quint32 colore, qint
     o[n] = static_cast<quint32>(mTesto.size());
     mRighe[r].Colore = colore;
     mRighe[r].Icona = icona;
+    const bool altraFase = mRighe[r].Fase != fase && mColonnaGruppo >= 0 && mColonnaGruppo == mColonnaFase;
+    mRighe[r].Fase = fase;
     if (mTestoMorto > (1u << 24) && mTestoMorto > mTesto.size() / 2)
         Compatta();
-    if (testo(mColonnaGruppo) != gPrima || testo(mColonnaOrdine) != sPrima)
+    if (altraFase || testo(mColonnaGruppo) != gPrima || testo(mColonnaOrdine) != sPrima)
         Sposta(r);
     const QModelIndex a = Indice(riga, 0), b = Indice(riga, n - 1);
     emit dataChanged(a, b);
@@ -890,6 +918,11 @@ QVariant PxModelloContenuto::data(const QModelIndex& indice, int ruolo) const
             QFont f;
             f.setBold(true);
             return f;
+        }
+        case Qt::ForegroundRole: {
+            // A stage's rows share their colour: the group shows it too.
+            const quint32 colore = mRighe[mOrdine[g.Inizio]].Colore;
+            return colore == 0 ? QVariant() : QVariant(QColor(colore & 0xFF, (colore >> 8) & 0xFF, (colore >> 16) & 0xFF));
         }
         case RuoloGruppo: return true;
         case RuoloOrdinamento: return Utf8(Cella(mOrdine[g.Inizio], mColonnaGruppo));

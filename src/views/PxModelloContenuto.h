@@ -55,7 +55,7 @@ public:
     void Riserva(size_t righe, size_t testo);
     // Adds a row (at least one cell, the key, and at most one per column); false, and nothing
     // added, when a row of that key exists.
-    bool Aggiungi(Celle celle, quint32 colore, qint32 icona = 0);
+    bool Aggiungi(Celle celle, quint32 colore, qint32 icona = 0, qint16 fase = 0);
     // A linked document of the row added last.
     void AggiungiCollegato(std::string_view id, std::string_view descrizione);
     void FineCaricamento();
@@ -63,9 +63,10 @@ public:
 
     // One row, outside a load. Inserisci adds a row with its linked documents; Aggiorna rewrites
     // a row's cells but the key and its colour, keeping its linked documents.
+    // `fase`: the row's stage (a folder's queue), which orders the groups of the stage column.
     bool Inserisci(Celle celle, quint32 colore, std::span<const std::pair<std::string_view, std::string_view>> collegati = {},
-                   qint32 icona = 0);
-    void Aggiorna(qint32 riga, Celle celle, quint32 colore, qint32 icona = 0);
+                   qint32 icona = 0, qint16 fase = 0);
+    void Aggiorna(qint32 riga, Celle celle, quint32 colore, qint32 icona = 0, qint16 fase = 0);
     void Rimuovi(qint32 riga);
 
     // The row of a key (stable while it lives); -1 when none.
@@ -82,6 +83,8 @@ public:
 
     // Groups rows by the text of `colonna`; -1 for none.
     void ImpostaRaggruppamento(int colonna);
+    // The column that tells a row's stage: grouped by it, groups follow the stages' order.
+    void ImpostaColonnaFase(int colonna) { mColonnaFase = colonna; }
     int ColonnaRaggruppamento() const { return mColonnaGruppo; }
     int ColonnaOrdinamento() const { return mColonnaOrdine; }
     Qt::SortOrder Verso() const { return mVerso; }
@@ -112,6 +115,7 @@ private:
         quint32 NumeroCollegati;
         qint32 Icona;
         bool Viva;
+        qint16 Fase;
     };
     struct Collegato
     {
@@ -140,6 +144,7 @@ private:
     // Order: the comparison of two rows by group then sort column; where a row goes.
     int Confronta(quint32 a, quint32 b) const;
     int ConfrontaColonna(quint32 a, quint32 b, int colonna) const;
+    int ConfrontaGruppo(quint32 a, quint32 b) const;
     void Riordina(); // sorts mOrdine, rebuilds groups and positions
     quint32 PosizioneNuova(quint32 riga) const;
     qint32 GruppoDellaPosizione(quint32 posizione) const;
@@ -173,6 +178,7 @@ private:
     QHash<quint32, quint32> mGruppoDaId;
     quint32 mProssimoGruppo = 1;
     int mColonnaGruppo = -1;
+    int mColonnaFase = -1;
     int mColonnaOrdine = -1;
     Qt::SortOrder mVerso = Qt::AscendingOrder;
     bool mInCaricamento = false;

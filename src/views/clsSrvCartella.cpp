@@ -181,10 +181,11 @@ void clsSrvCartella::DocumentoSpostato(qint32 coda, const QString& id, const QSt
             // The notice's id is the row's key, whatever the node's first field says.
             nodo.Celle[0] = std::string_view(chiave.constData(), static_cast<size_t>(chiave.size()));
             modTraccia::Traccia traccia(procedura);
+            const qint16 fase = static_cast<qint16>(coda);
             if (riga < 0)
-                modello.Inserisci(nodo.Celle, ColoreCoda(coda), nodo.Collegati);
+                modello.Inserisci(nodo.Celle, ColoreCoda(coda), nodo.Collegati, 0, fase);
             else
-                modello.Aggiorna(riga, nodo.Celle, ColoreCoda(coda));
+                modello.Aggiorna(riga, nodo.Celle, ColoreCoda(coda), 0, fase);
         });
         emit ContenutoCambiato();
     });

@@ -41,6 +41,7 @@ protected:
     void CreaPulsanti() override;
     QList<PxModelloContenuto::Colonna> CreaColonne() override;
     int RaggruppamentoPredefinito() const override;
+    int ColonnaFase() const override { return RaggruppamentoPredefinito(); }
 
 private:
     void Sposta(qint32 coda);

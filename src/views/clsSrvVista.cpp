@@ -65,6 +65,7 @@ void clsSrvVista::Avvia()
         mAmbiente.Barra.CaricaStato(layout.child("Comandi"));
         const QList<PxModelloContenuto::Colonna> colonne = CreaColonne();
         mAmbiente.Modello.ImpostaColonne(colonne);
+        mAmbiente.Modello.ImpostaColonnaFase(ColonnaFase());
         QHeaderView* testata = mAmbiente.Lista.header();
         for (int k = 0; k < colonne.size(); ++k)
             mAmbiente.Lista.setColumnHidden(k, colonne[k].Nascosta);

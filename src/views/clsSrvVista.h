@@ -98,6 +98,8 @@ protected:
     virtual QList<PxModelloContenuto::Colonna> CreaColonne() = 0;
     // The column grouped by when the operator never chose (-1: none).
     virtual int RaggruppamentoPredefinito() const { return -1; }
+    // The column that tells a row's stage (its groups follow the stages' order); -1: none.
+    virtual int ColonnaFase() const { return -1; }
 
     // Runs `cambio` now, or, while the rows are held, when they are released. A full listing
     // (`sostituisce`) makes every change held before it pointless.

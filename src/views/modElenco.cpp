@@ -69,6 +69,8 @@ Esito Carica(PxModelloContenuto& modello, QByteArray testo, const Code& code, co
         if (!code.Mostra(numero))
             continue;
         const quint32 colore = code.Colore(numero);
+        // A queue's number is its stage; an element of another name comes after them all.
+        const qint16 fase = numero >= 0 && numero < 32767 ? static_cast<qint16>(numero) : qint16(32767);
         for (const pugi::xml_node documento : coda.children()) {
             if (documento.type() != pugi::node_element)
                 continue;
@@ -78,7 +80,7 @@ Esito Carica(PxModelloContenuto& modello, QByteArray testo, const Code& code, co
                     errore();
                 continue;
             }
-            if (!modello.Aggiungi(nodo.Celle, colore))
+            if (!modello.Aggiungi(nodo.Celle, colore, 0, fase))
                 continue;
             for (const auto& [id, descrizione] : nodo.Collegati)
                 modello.AggiungiCollegato(id, descrizione);
