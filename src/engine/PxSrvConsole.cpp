@@ -1,4 +1,5 @@
 #include "PxSrvConsole.h"
+#include "modXml.h"
 
 #include "IFrmConsole.h"
 #include "PxErrore.h"
@@ -171,9 +172,7 @@ void PxSrvConsole::LeggiConfigurazioneLog()
 void PxSrvConsole::NuovoDocumentoUI()
 {
     mUIDocumento.reset();
-    pugi::xml_node pi = mUIDocumento.append_child(pugi::node_declaration);
-    pi.append_attribute("version") = "1.0";
-    pi.append_attribute("encoding") = "UTF-8";
+    modXml::Dichiara(mUIDocumento);
     mContesto.mUIRoot = mUIDocumento.append_child("PLX");
 }
 

@@ -1,4 +1,5 @@
 #include "RefCartellaDocumenti.h"
+#include "modXml.h"
 
 #include "PxRigaLog.h"
 #include "RefLog.h"
@@ -214,9 +215,7 @@ void RefCartellaDocumenti::Registra(const DatiDocumento& d, const QString& testo
 QByteArray RefCartellaDocumenti::TestoDescrizione(const DatiDocumento& d, const QString& cartella)
 {
     pugi::xml_document doc;
-    pugi::xml_node dichiarazione = doc.append_child(pugi::node_declaration);
-    dichiarazione.append_attribute("version") = "1.0";
-    dichiarazione.append_attribute("encoding") = "UTF-8";
+    modXml::Dichiara(doc);
     modProprieta::Scrivi(doc.append_child("Documento"), d, QDir::toNativeSeparators(cartella));
     std::ostringstream out;
     doc.save(out, "", pugi::format_raw, pugi::encoding_utf8);

@@ -3,6 +3,7 @@
 // order, so the sheet is filled by reading them in turn.
 
 #include "modDemoFormati.h"
+#include "modXml.h"
 
 #include <pugixml.hpp>
 
@@ -258,9 +259,7 @@ QString ScriviTutti(const QString& cartella, const Voce (&voci)[N])
         return QStringLiteral("Impossibile creare la cartella %1").arg(cartella);
     for (const Voce& v : voci) {
         pugi::xml_document doc;
-        pugi::xml_node dichiarazione = doc.append_child(pugi::node_declaration);
-        dichiarazione.append_attribute("version").set_value("1.0");
-        dichiarazione.append_attribute("encoding").set_value("UTF-8");
+        modXml::Dichiara(doc);
         pugi::xml_node radice = doc.append_child(Radice(v));
         radice.append_attribute("Genere").set_value(Genere(v));
         Scrivi(radice.append_child("Proprieta"), v);

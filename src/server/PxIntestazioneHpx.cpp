@@ -1,4 +1,5 @@
 #include "PxIntestazioneHpx.h"
+#include "modXml.h"
 
 #include <pugixml.hpp>
 
@@ -82,9 +83,7 @@ QDateTime PxIntestazioneHpx::Data(const QString& sezione, const QString& nome) c
 QByteArray PxIntestazioneHpx::Serializza() const
 {
     pugi::xml_document doc;
-    pugi::xml_node dichiarazione = doc.append_child(pugi::node_declaration);
-    dichiarazione.append_attribute("version") = "1.0";
-    dichiarazione.append_attribute("encoding") = "UTF-8";
+    modXml::Dichiara(doc);
     pugi::xml_node radice = doc.append_child("HPX");
     radice.append_attribute("Versione") = Versione;
     QString sezioneCorrente;

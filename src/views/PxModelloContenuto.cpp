@@ -98,6 +98,21 @@ void PxModelloContenuto::ImpostaColonne(QList<Colonna> colonne)
     mColonnaFase = -1;
     if (mColonnaGruppo >= mColonne.size())
         mColonnaGruppo = -1;
+    SvuotaRighe();
+    // Another view: the room a large folder took goes back.
+    for (auto* v : {&mCelle, &mOrdine, &mPosizione})
+        v->shrink_to_fit();
+    mTesto.shrink_to_fit();
+    mRighe.shrink_to_fit();
+    mCollegati.shrink_to_fit();
+    mIndice.assign(16, 0);
+    mIndice.shrink_to_fit();
+    endResetModel();
+}
+
+void PxModelloContenuto::SvuotaRighe()
+{
+    // The vectors keep their room: the next listing of a folder is about as large.
     mTesto.clear();
     mCelle.clear();
     mRighe.clear();
@@ -108,8 +123,8 @@ void PxModelloContenuto::ImpostaColonne(QList<Colonna> colonne)
     mGruppoDaId.clear();
     mVive = 0;
     mTestoMorto = 0;
-    RifaiIndice();
-    endResetModel();
+    mIndice.assign(mIndice.size(), 0);
+    mOccupati = 0;
 }
 
 void PxModelloContenuto::ImpostaIcone(QIcon documento, QIcon collegato, std::function<QIcon(qint32)> icona)
@@ -248,18 +263,7 @@ void PxModelloContenuto::IniziaCaricamento()
 {
     beginResetModel();
     mInCaricamento = true;
-    mTesto.clear();
-    mCelle.clear();
-    mRighe.clear();
-    mCollegati.clear();
-    mOrdine.clear();
-    mPosizione.clear();
-    mGruppi.clear();
-    mGruppoDaId.clear();
-    mVive = 0;
-    mTestoMorto = 0;
-    mIndice.assign(mIndice.size(), 0);
-    mOccupati = 0;
+    SvuotaRighe();
 }
 
 bool PxModelloContenuto::Aggiungi(Celle celle, quint32 colore, qint32 icona, qint16 fase)

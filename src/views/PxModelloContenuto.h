@@ -140,6 +140,7 @@ private:
     void Indicizza(quint32 riga);
     void Deindicizza(quint32 riga);
     void RifaiIndice();
+    void SvuotaRighe();
 
     // Order: the comparison of two rows by group then sort column; where a row goes.
     int Confronta(quint32 a, quint32 b) const;

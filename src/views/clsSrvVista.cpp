@@ -4,6 +4,7 @@
 #include "PxContesto.h"
 #include "PxImpostazioni.h"
 #include "modTraccia.h"
+#include "modXml.h"
 
 #include <QHeaderView>
 #include <QItemSelectionModel>
@@ -356,17 +357,9 @@ QString clsSrvVista::ChiaveCorrente() const
 QString clsSrvVista::CreaXmlSelezione() const
 {
     pugi::xml_document doc;
-    pugi::xml_node dichiarazione = doc.append_child(pugi::node_declaration);
-    dichiarazione.append_attribute("version") = "1.0";
-    dichiarazione.append_attribute("encoding") = "UTF-8";
+    modXml::Dichiara(doc);
     pugi::xml_node radice = doc.append_child("Root");
     for (const QString& chiave : ChiaviSelezionate())
         radice.append_child("ID").text().set(chiave.toUtf8().constData());
-    struct Scrittore : pugi::xml_writer
-    {
-        QByteArray Testo;
-        void write(const void* dati, size_t n) override { Testo.append(static_cast<const char*>(dati), static_cast<qsizetype>(n)); }
-    } scrittore;
-    doc.save(scrittore, "", pugi::format_raw);
-    return QString::fromUtf8(scrittore.Testo);
+    return QString::fromUtf8(modXml::Testo(doc));
 }
