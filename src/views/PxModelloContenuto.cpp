@@ -272,10 +272,14 @@ bool PxModelloContenuto::Aggiungi(Celle celle, quint32 colore, qint32 icona, qin
         return false;
     if ((mOccupati + 1) * 2 > mIndice.size())
         RifaiIndice();
-    // One probe finds a row of the same key or the free slot the new row takes.
+    // The key's slot is far in memory: it is asked for first, and the cells are written while
+    // it comes; a key already there takes them back.
     const quint32 h = Hash(celle[0]);
     const size_t maschera = mIndice.size() - 1;
     size_t i = h & maschera;
+    __builtin_prefetch(&mIndice[i]);
+    const size_t testoPrima = mTesto.size();
+    const quint32 primaCella = Scrivi(celle);
     size_t libero = SIZE_MAX;
     for (; mIndice[i] != 0; i = (i + 1) & maschera) {
         const quint32 v = static_cast<quint32>(mIndice[i]);
@@ -283,6 +287,8 @@ bool PxModelloContenuto::Aggiungi(Celle celle, quint32 colore, qint32 icona, qin
             if (libero == SIZE_MAX)
                 libero = i;
         } else if ((mIndice[i] >> 32) == h && Cella(v - 1, 0) == celle[0]) {
+            mTesto.resize(testoPrima);
+            mCelle.resize(primaCella);
             return false;
         }
     }
@@ -291,7 +297,7 @@ bool PxModelloContenuto::Aggiungi(Celle celle, quint32 colore, qint32 icona, qin
         ++mOccupati;
     }
     const quint32 riga = static_cast<quint32>(mRighe.size());
-    mRighe.push_back({Scrivi(celle), colore, static_cast<quint32>(mCollegati.size()), 0, icona, true, fase});
+    mRighe.push_back({primaCella, colore, static_cast<quint32>(mCollegati.size()), 0, icona, true, fase});
     mIndice[libero] = (quint64(h) << 32) | (riga + 1);
     ++mVive;
     return true;
@@ -424,15 +430,18 @@ void PxModelloContenuto::Riordina()
         for (Voce& v : voci)
             v.G = rango[v.G];
     }
+    // The groups come from the ranks: how many rows each has, in rank order.
+    std::vector<quint32> quanti(mColonnaGruppo >= 0 ? distinti.size() : 0, 0);
+    for (const Voce& v : voci)
+        if (mColonnaGruppo >= 0)
+            ++quanti[v.G];
     bool contati = false;
     if (mColonnaGruppo >= 0 && mColonnaOrdine < 0) {
         contati = true;
         // Grouped in the server's order: a counting sort by group keeps the row order.
-        std::vector<quint32> inizio(distinti.size() + 1, 0);
-        for (const Voce& v : voci)
-            ++inizio[v.G + 1];
+        std::vector<quint32> inizio(distinti.size(), 0);
         for (size_t g = 1; g < inizio.size(); ++g)
-            inizio[g] += inizio[g - 1];
+            inizio[g] = inizio[g - 1] + quanti[g - 1];
         mOrdine.resize(voci.size());
         for (const Voce& v : voci)
             mOrdine[inizio[v.G]++] = v.R;
@@ -458,21 +467,15 @@ void PxModelloContenuto::Riordina()
     mPosizione.assign(mRighe.size(), 0);
     for (quint32 i = 0; i < mOrdine.size(); ++i)
         mPosizione[mOrdine[i]] = i;
-    RifaiGruppi();
-}
-
-void PxModelloContenuto::RifaiGruppi()
-{
     mGruppi.clear();
     mGruppoDaId.clear();
-    if (mColonnaGruppo < 0)
-        return;
-    for (quint32 i = 0; i < mOrdine.size(); ++i) {
-        if (mGruppi.empty() || ConfrontaGruppo(mOrdine[mGruppi.back().Inizio], mOrdine[i]) != 0) {
-            mGruppi.push_back({i, 0, mProssimoGruppo++});
-            mGruppoDaId.insert(mGruppi.back().Id, static_cast<quint32>(mGruppi.size() - 1));
-        }
-        ++mGruppi.back().Numero;
+    quint32 inizio = 0;
+    for (const quint32 n : quanti) {
+        if (n == 0)
+            continue;
+        mGruppi.push_back({inizio, n, mProssimoGruppo++});
+        mGruppoDaId.insert(mGruppi.back().Id, static_cast<quint32>(mGruppi.size() - 1));
+        inizio += n;
     }
 }
 

@@ -153,7 +153,6 @@ private:
     void Sposta(quint32 riga);     // after a change of its group or sort text
     void Inserimento(quint32 riga);
     void Rimozione(quint32 riga);
-    void RifaiGruppi();
     void Compatta();
 
     QList<Colonna> mColonne;

@@ -6,6 +6,11 @@
 
 namespace modElenco {
 
+namespace {
+// Values as any XML reader gives them; each field's text stays inside its element's node.
+constexpr unsigned Opzioni = pugi::parse_default | pugi::parse_embed_pcdata;
+} // namespace
+
 int NumeroCoda(std::string_view nome)
 {
     constexpr std::string_view prefisso = "Coda_";
@@ -51,7 +56,7 @@ Esito Carica(PxModelloContenuto& modello, QByteArray testo, const Code& code, co
     pugi::xml_document doc;
     // The listing is ours to change: parse it in place, the fields' text stays in it.
     const pugi::xml_parse_result letto = doc.load_buffer_inplace(testo.data(), static_cast<size_t>(testo.size()),
-                                                                 pugi::parse_default | pugi::parse_embed_pcdata);
+                                                                 Opzioni);
     const pugi::xml_node radice = doc.document_element();
     if (!letto || !radice) {
         modello.FineCaricamento();
