@@ -7,7 +7,9 @@
 #include "PxSrvConsole.h"
 #include "PxSrvServer.h"
 #include "RefOspite.h"
+#include "PxConsoleResDll.h"
 #include "frmConsole.h"
+#include "modContenuto.h"
 #include "modDemo.h"
 
 #include <QApplication>
@@ -16,6 +18,8 @@
 #include <QElapsedTimer>
 #include <QMessageBox>
 #include <QStandardPaths>
+
+#include <pugixml.hpp>
 
 #include <cstdio>
 #include <memory>
@@ -34,13 +38,51 @@ void Errore(const QString& testo)
         QMessageBox::critical(nullptr, PxSrvConsole::TitoloProgramma(), testo);
 }
 
+// Writes the test page of printer `nome` into the printing service's input folder of the
+// server folder, for scripts and for checking a printer from a terminal. The printers are
+// read from the service's configuration, the folder is the one the layout names.
+int StampaPaginaDiProva(const QString& cartellaServer, const QString& nome)
+{
+    const QDir server(cartellaServer);
+    pugi::xml_document doc;
+    const QString configurazione = server.filePath(QStringLiteral("Servizi/PxSrvStampe.xml"));
+    if (!doc.load_file(QFile::encodeName(configurazione).constData())) {
+        Errore(QStringLiteral("cannot read the printing service's configuration: %1").arg(configurazione));
+        return 1;
+    }
+    const pugi::xml_node stampante = modContenuto::TrovaStampante(doc.document_element(), nome);
+    if (!stampante) {
+        QStringList note;
+        for (const pugi::xml_node s : doc.document_element().child("Stampanti").children("Stampante"))
+            note << QString::fromUtf8(s.child_value("NomeStampanteWindows"));
+        Errore(QStringLiteral("unknown printer \"%1\"; the printers are: %2").arg(nome, note.join(QStringLiteral(", "))));
+        return 2;
+    }
+    const PxConsoleResDll testi;
+    QString errore;
+    const std::optional<modContenuto::Lavoro> lavoro =
+        modContenuto::PaginaDiProva(stampante, testi, QDateTime::currentDateTime(), &errore);
+    if (!lavoro) {
+        Errore(QStringLiteral("%1: %2").arg(nome, errore));
+        return 1;
+    }
+    const modLavoro::Esito esito =
+        modContenuto::ScriviPaginaDiProva(*lavoro, server.filePath(QStringLiteral("Ingresso/PxSrvStampe")));
+    if (!esito.Riuscito) {
+        Errore(esito.Errore);
+        return 1;
+    }
+    std::printf("test page written: %s.hpx\n", qPrintable(esito.Base));
+    return 0;
+}
+
 } // namespace
 
-// Making a demo folder needs no display: it runs without the windowing system.
-bool SoloDemo(int argc, char* argv[])
+// Making a demo folder or a test page needs no display: they run without the windowing system.
+bool SenzaFinestre(int argc, char* argv[])
 {
     for (int i = 1; i < argc; ++i)
-        if (QByteArrayView(argv[i]).startsWith("--make-demo"))
+        if (QByteArrayView(argv[i]).startsWith("--make-demo") || QByteArrayView(argv[i]).startsWith("--print-test-page"))
             return true;
     return false;
 }
@@ -48,7 +90,7 @@ bool SoloDemo(int argc, char* argv[])
 int main(int argc, char* argv[])
 {
     std::unique_ptr<QCoreApplication> applicazione =
-        SoloDemo(argc, argv) ? std::make_unique<QCoreApplication>(argc, argv) : std::make_unique<QApplication>(argc, argv);
+        SenzaFinestre(argc, argv) ? std::make_unique<QCoreApplication>(argc, argv) : std::make_unique<QApplication>(argc, argv);
     QCoreApplication& app = *applicazione;
     // The engine decides when the console ends, not the last window closing.
     if (auto* gui = qobject_cast<QApplication*>(&app))
@@ -78,7 +120,11 @@ int main(int argc, char* argv[])
     const QCommandLineOption fotografie(QStringLiteral("screenshots"),
                                        QStringLiteral("Start, save pictures of the windows into a folder, and exit."),
                                        QStringLiteral("folder"));
-    opzioni.addOptions({server, log, gui, demo, documenti, fotografie});
+    const QCommandLineOption prova(QStringLiteral("print-test-page"),
+                                   QStringLiteral("Write the test page of a printer (its Windows name) into the printing "
+                                                  "service's input folder of --server-folder, and exit."),
+                                   QStringLiteral("printer"));
+    opzioni.addOptions({server, log, gui, demo, documenti, fotografie, prova});
     opzioni.process(app);
 
     if (opzioni.isSet(demo)) {
@@ -98,6 +144,14 @@ int main(int argc, char* argv[])
         std::printf("demo server folder ready: %s (%d documents, %lld ms)\n",
                     qPrintable(QDir(opzioni.value(demo)).absolutePath()), numero, static_cast<long long>(tempo.elapsed()));
         return 0;
+    }
+
+    if (opzioni.isSet(prova)) {
+        if (!opzioni.isSet(server)) {
+            Errore(QStringLiteral("--print-test-page wants --server-folder"));
+            return 2;
+        }
+        return StampaPaginaDiProva(opzioni.value(server), opzioni.value(prova));
     }
 
     const QString cartellaServer = opzioni.isSet(server) ? opzioni.value(server) : CartellaDemo();

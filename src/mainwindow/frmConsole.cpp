@@ -14,6 +14,8 @@
 #include "frmApertura.h"
 #include "frmChiusura.h"
 #include "frmPosizione.h"
+#include "clsSrvServizi.h"
+#include "modContenuto.h"
 #include "modTabellaCartelle.h"
 #include "modTraccia.h"
 #include "modViste.h"
@@ -21,6 +23,9 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QDialog>
+#include <QFileInfo>
+#include <QFutureWatcher>
+#include <QtConcurrent>
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QDockWidget>
@@ -37,6 +42,8 @@
 #include <QTreeView>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+
+#include <pugixml.hpp>
 
 #include <cstdio>
 #include <utility>
@@ -357,9 +364,59 @@ void frmConsole::VisualizzaServer(const QString& caption, const QString& chiave)
         });
         connect(vista, &clsSrvVista::Messaggio, this, &frmConsole::MostraMessaggio);
         connect(vista, &clsSrvVista::MostraDocumento, this, &frmConsole::MostraDocumento);
+        if (auto* servizi = qobject_cast<clsSrvServizi*>(vista))
+            connect(servizi, &clsSrvServizi::PaginaDiProva, this, &frmConsole::InviaPaginaDiProva);
         vista->Blocca(mComandi.value(IdBlocca)->isChecked());
         vista->Avvia();
         AggiornaConteggi();
+    });
+}
+
+void frmConsole::InviaPaginaDiProva(const QStringList& chiaviStampanti)
+{
+    modTraccia::Proteggi("InviaPaginaDiProva", [&] {
+        const PxConsoleResDll& testi = mContesto.Testi();
+        PxSrvServer* server = mContesto.Server();
+        const PxSrvServizio* stampe = server ? server->Servizio(QStringLiteral("PxSrvStampe")) : nullptr;
+        pugi::xml_document stato;
+        const QByteArray xml = stampe ? stampe->StatoXml().toUtf8() : QByteArray();
+        stato.load_buffer(xml.constData(), static_cast<size_t>(xml.size()));
+        const QString cartella = QString::fromUtf8(stato.document_element().child_value("CartellaIngresso")).trimmed();
+        if (!server || !server->FileLocali() || cartella.isEmpty()) {
+            MostraMessaggio(testi.LoadDllString(8037) + QStringLiteral(" ") + testi.LoadDllString(8022));
+            return;
+        }
+        std::vector<modContenuto::Lavoro> lavori;
+        const QDateTime adesso = QDateTime::currentDateTime();
+        for (const QString& chiave : chiaviStampanti) {
+            QString errore;
+            const pugi::xml_node stampante = modContenuto::StampanteDellaChiave(stato.document_element(), chiave);
+            if (auto lavoro = modContenuto::PaginaDiProva(stampante, testi, adesso, &errore))
+                lavori.push_back(std::move(*lavoro));
+            else
+                MostraMessaggio(testi.LoadDllString(8037) + u' ' + chiave + QStringLiteral(": ") + errore);
+        }
+        // The disk is written on a worker thread; the answer comes back here.
+        auto* osservatore = new QFutureWatcher<std::vector<modLavoro::Esito>>(this);
+        connect(osservatore, &QFutureWatcherBase::finished, this, [this, osservatore] {
+            const PxConsoleResDll& t = mContesto.Testi();
+            for (const modLavoro::Esito& e : osservatore->result()) {
+                if (e.Riuscito) {
+                    const QString testo = t.LoadDllString(8036) + u' ' + QFileInfo(e.Base).fileName();
+                    statusBar()->showMessage(testo, 10000);
+                    modTraccia::Scrivi(1, testo);
+                } else {
+                    MostraMessaggio(t.LoadDllString(8037) + u' ' + e.Errore);
+                }
+            }
+            osservatore->deleteLater();
+        });
+        osservatore->setFuture(QtConcurrent::run([lavori = std::move(lavori), cartella] {
+            std::vector<modLavoro::Esito> esiti;
+            for (const modContenuto::Lavoro& l : lavori)
+                esiti.push_back(modContenuto::ScriviPaginaDiProva(l, cartella));
+            return esiti;
+        }));
     });
 }
 

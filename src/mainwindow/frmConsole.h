@@ -72,6 +72,9 @@ private:
     void MostraMessaggio(const QString& testo);
     void MostraDocumento(const QString& xml);
     void RaggruppaPer(int colonna);
+    // Writes the test page of each printer (by its key) into the printing service's input
+    // folder, off the interface thread; says how it went in the status bar and the log.
+    void InviaPaginaDiProva(const QStringList& chiaviStampanti);
     void PreparaMenuRaggruppa();
 
     void Fotografa();

@@ -1,19 +1,11 @@
 #include "PxLettoreIni.h"
 
+#include "modCp1252.h"
+
 #include <QFile>
 #include <QSet>
 #include <QStringDecoder>
 
-namespace {
-
-// Windows-1252 differs from Latin-1 only in 0x80-0x9F.
-constexpr char16_t Cp1252Alto[32] = {
-    0x20AC, 0xFFFD, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0xFFFD, 0x017D, 0xFFFD, 0xFFFD, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0xFFFD, 0x017E, 0x0178,
-};
-
-} // namespace
 
 PxLettoreIni::PxLettoreIni(const QString& file)
 {
@@ -38,13 +30,7 @@ QString PxLettoreIni::Decodifica(const QByteArray& dati)
     QString risultato = utf8.decode(testo);
     if (!utf8.hasError())
         return risultato;
-    risultato.clear();
-    risultato.reserve(testo.size());
-    for (const char c : testo) {
-        const auto b = static_cast<unsigned char>(c);
-        risultato += (b >= 0x80 && b < 0xA0) ? QChar(Cp1252Alto[b - 0x80]) : QChar(static_cast<char16_t>(b));
-    }
-    return risultato;
+    return modCp1252::Decodifica(testo);
 }
 
 QString PxLettoreIni::Chiave(const QString& sezione, const QString& chiave)

@@ -1,5 +1,6 @@
 #include "clsSrvServizi.h"
 
+#include "PxBarraComandi.h"
 #include "PxConsoleResDll.h"
 #include "PxContesto.h"
 #include "PxIconResource.h"
@@ -9,6 +10,7 @@
 #include "modAlberoServer.h"
 #include "modTraccia.h"
 
+#include <QAction>
 #include <QSet>
 
 #include <pugixml.hpp>
@@ -53,6 +55,37 @@ QStringList clsSrvServizi::Oggetti() const
         if (!oggetti.contains(QLatin1StringView(n->Oggetto)))
             oggetti << QString::fromLatin1(n->Oggetto);
     return oggetti;
+}
+
+namespace {
+// The keys of the selected printer rows ("SrvStampante|3" gives "3").
+QStringList Stampanti(const QStringList& chiavi)
+{
+    QStringList stampanti;
+    for (const QString& k : chiavi)
+        if (k.startsWith(u"SrvStampante|"))
+            stampanti << k.section(u'|', 1);
+    return stampanti;
+}
+} // namespace
+
+void clsSrvServizi::CreaPulsanti()
+{
+    // The printing service and its printers send test pages to the printers selected.
+    if (mNodo == u"SrvStampe" || mNodo == u"SrvStampante")
+        mAmbiente.Barra.Pulsante(IdPaginaDiProva, 1233, 1333)->setEnabled(false);
+}
+
+void clsSrvServizi::AbilitaPulsanti(bool abilita)
+{
+    mAmbiente.Barra.Abilita(IdPaginaDiProva, abilita && !Stampanti(ChiaviSelezionate()).isEmpty());
+}
+
+void clsSrvServizi::Esegui(int id)
+{
+    if (id == IdPaginaDiProva)
+        if (const QStringList stampanti = Stampanti(ChiaviSelezionate()); !stampanti.isEmpty())
+            emit PaginaDiProva(stampanti);
 }
 
 QList<PxModelloContenuto::Colonna> clsSrvServizi::CreaColonne()

@@ -27,8 +27,18 @@ public:
     // The server objects whose notices this view shows.
     QStringList Oggetti() const;
 
+    void AbilitaPulsanti(bool abilita) override;
+    void Esegui(int id) override;
+
+    static constexpr int IdPaginaDiProva = 5316;
+
+signals:
+    // The operator asked for the test page of these printers (their keys in the "Stampanti" list).
+    void PaginaDiProva(const QStringList& chiaviStampanti);
+
 protected:
     QList<PxModelloContenuto::Colonna> CreaColonne() override;
+    void CreaPulsanti() override;
 
 private:
     struct Riga

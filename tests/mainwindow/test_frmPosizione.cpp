@@ -16,11 +16,13 @@
 #include "PxBarraComandi.h"
 #include "PxModelloContenuto.h"
 #include "clsSrvCartella.h"
+#include "clsSrvServizi.h"
 #include "modDemo.h"
 #include "modTraccia.h"
 
 #include <gtest/gtest.h>
 
+#include <QAction>
 #include <QCloseEvent>
 #include <QDir>
 #include <QDockWidget>
@@ -573,4 +575,21 @@ TEST_F(Finestra, TheBusyMarkDisablesTheDocumentCommandsAndTheCountsFollowTheSele
         EXPECT_FALSE(mConsole->Barra()->Azione(id)->isEnabled()) << id;
     PxContestoSonda::Occupato(*mContesto, false);
     EXPECT_TRUE(mConsole->Barra()->Azione(5300)->isEnabled());
+}
+
+TEST_F(Finestra, ThePrintersTestPageReachesThePrintingServicesInputFolder)
+{
+    mConsole->VisualizzaServer(u"Stampe"_s, u"SrvStampe"_s);
+    ASSERT_TRUE(Attendi([&] { return Modello().Riga(u"SrvStampante|9"_s) >= 0; }));
+    QAction* prova = mConsole->Barra()->Azione(clsSrvServizi::IdPaginaDiProva);
+    ASSERT_NE(prova, nullptr);
+    EXPECT_FALSE(prova->isEnabled()) << "nothing selected";
+    const QModelIndex zebra = Modello().Indice(Modello().Riga(u"SrvStampante|9"_s));
+    mConsole->Contenuto()->selectionModel()->select(zebra, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    ASSERT_TRUE(prova->isEnabled());
+    prova->trigger();
+    const QDir ingresso(QDir(mDir.path()).filePath(u"Ingresso/PxSrvStampe"_s));
+    ASSERT_TRUE(Attendi([&] { return ingresso.exists(u"Pagina di prova di Zebra spedizioni.hpx"_s); }));
+    EXPECT_TRUE(ingresso.exists(u"Pagina di prova di Zebra spedizioni.bpx"_s));
+    EXPECT_FALSE(ingresso.exists(u"Pagina di prova di Zebra spedizioni.spx"_s)) << "a label has no page script";
 }

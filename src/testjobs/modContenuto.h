@@ -1,0 +1,52 @@
+#pragma once
+
+#include "PxIntestazioneHpx.h"
+#include "modLavoro.h"
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QString>
+
+#include <optional>
+
+class PxConsoleResDll;
+namespace pugi { class xml_node; }
+
+// The printer test page: the job a printer's model code calls for, in the three-file form the
+// printing service takes from its input folder (body .bpx, page script .spx, header .hpx).
+// Model codes 0, 6, 7 and 12 get a formatted text page with the server's markup tags and a
+// page script; 1, 2, 8 and 10 a label in Datamax DPL, Zebra ZPL II, Zebra EPL2 or Toshiba
+// TEC; any other code a header and an empty body. Bodies are Windows-1252 with CR LF line
+// ends, as the service's clients write them; the script and the header are UTF-8 XML.
+namespace modContenuto {
+
+struct Lavoro
+{
+    QByteArray Corpo;
+    QByteArray Script; // empty: no script file
+    PxIntestazioneHpx Intestazione;
+    QString Base;      // "Pagina di prova di <printer>"
+};
+
+// "lunedì 23 novembre 2026 9.05.07"-style text of `quando` ("dddd d mmmm yyyy Hh.Nn.Ss",
+// Italian names, two-digit time fields).
+QString TestoData(const QDateTime& quando);
+// The first letter of each word in upper case.
+QString MaiuscoleIniziali(const QString& testo);
+
+// The job for the printer described by `stampante` (a "Stampante" record of the printing
+// service). nullopt, with the reason, when an element the page needs is missing.
+std::optional<Lavoro> PaginaDiProva(const pugi::xml_node& stampante, const PxConsoleResDll& testi, const QDateTime& quando,
+                                    QString* errore = nullptr);
+
+// The printer named `nomeWindows` in the printing service's state XML; a null node if none.
+pugi::xml_node TrovaStampante(const pugi::xml_node& statoStampe, const QString& nomeWindows);
+
+// The printer whose "Chiave" is `chiave`; a null node if none.
+pugi::xml_node StampanteDellaChiave(const pugi::xml_node& statoStampe, const QString& chiave);
+
+// Writes the job into `cartellaIngresso`. A failure is logged as "Errore in
+// ScriviPaginaDiProva" and nothing of the job is left under a final name.
+modLavoro::Esito ScriviPaginaDiProva(const Lavoro& lavoro, const QString& cartellaIngresso);
+
+} // namespace modContenuto
