@@ -22,11 +22,6 @@ constexpr const char* FontScript = "Courier New";
 
 QString Versione() { return QStringLiteral(PLX_VERSION); }
 
-QString AllineaADestra(const QString& testo)
-{
-    return testo.size() >= Colonne ? testo : QString(Colonne - testo.size(), u' ') + testo;
-}
-
 // The text of `percorso` under `nodo`; throws when the element is missing, which ends the page.
 QString Elemento(const pugi::xml_node& nodo, const char* percorso)
 {
@@ -37,58 +32,21 @@ QString Elemento(const pugi::xml_node& nodo, const char* percorso)
     return QString::fromUtf8(n.child_value()).trimmed();
 }
 
-// Lines joined with CR LF, each one ended.
-class Righe
-{
-public:
-    Righe& operator<<(const QString& riga)
-    {
-        mTesto += riga;
-        mTesto += QStringLiteral("\r\n");
-        return *this;
-    }
-    void Vuote(int n)
-    {
-        for (int i = 0; i < n; ++i)
-            *this << QString();
-    }
-    const QString& Testo() const { return mTesto; }
-
-private:
-    QString mTesto;
-};
-
 void PaginaDiTesto(Righe& r, const pugi::xml_node& s, const PxConsoleResDll& testi, const QString& data)
 {
-    r << QString() << AllineaADestra(MaiuscoleIniziali(data));
-    r.Vuote(8);
+    Testata(r, data);
     r << QStringLiteral("   Nome stampante windows   -> ") + Elemento(s, "NomeStampanteWindows");
     r << QStringLiteral("   Driver in uso            -> ") + Elemento(s, "InfoStampante/DriverName");
     r << QStringLiteral("   Porta utilizzata         -> ") + Elemento(s, "InfoStampante/PortName");
     r << QStringLiteral("   Nome stampante di tarquel -> ") + Elemento(s, "NumeroTarquel");
     r.Vuote(5);
-    r << QStringLiteral("   [%$DA1]Rigo di stampa in doppia larghezza[%$DA0]") << QStringLiteral("   Rigo di stampa in decimi")
-      << QStringLiteral("   [%$DO1]Rigo di stampa in dodicesimi[%$DO0]")
-      << QStringLiteral("   [%$QU1]Rigo di stampa in quindicesimi[%$QU0]")
-      << QStringLiteral("   [%$CM1]Rigo di stampa in diciassettesimi[%$CM0]");
-    r << QString() << QStringLiteral("   [%$GR1]Rigo di stampa in grassetto[%$GR0]")
-      << QStringLiteral("   [%$IT1]Rigo di stampa in corsivo[%$IT0]")
-      << QStringLiteral("   [%$ST1]Rigo di stampa sottolineato[%$ST0]") << QStringLiteral("   [%$BR1]Rigo di stampa barrato[%$BR0]");
-    r.Vuote(5);
-    r << QStringLiteral("   Codice a barre")
-      << QStringLiteral("   [%#PLX.Z_AddBarCodeEx 90, 1750, 500, 100, \"ABCDEFGHIJ\", sbc_Code39, True#%]"
-                        "[%#PLX.Z_AddBarCodeEx 1000, 1750, 500, 100, \"123456789012\", sbc_Ean13, True#%]");
-    r.Vuote(4);
-    r << QStringLiteral("   AaBbCcDdEeFfGgHhIiJjKkLlMmNnOoPpQqRrSsTtUuVvWwXxYyZz")
-      << QStringLiteral("   ìèéòàùç|\\!\"£$%&/()=?^'[]+*@#°§<>,;.:-_");
+    Campioni(r);
     r.Vuote(20);
     r << QStringLiteral("                              Margine superiore: ") + Elemento(s, "Margini/Superiore");
     r << QStringLiteral("        Margine sinistro: ") + Elemento(s, "Margini/Sinistro")
             + QStringLiteral("                        Margine destro: ") + Elemento(s, "Margini/Destro");
     r << QStringLiteral("                              Margine inferiore: ") + Elemento(s, "Margini/Inferiore");
-    r.Vuote(4);
-    r << QStringLiteral("   [%$ST1][%$GR1]") + testi.LoadDllString(TestoTitolo) + u' ' + Versione() + QStringLiteral("[%$ST0][%$GR0]");
-    r << AllineaADestra(testi.LoadDllString(TestoSottotitolo) + QStringLiteral(" - ") + testi.LoadDllString(TestoDiritti));
+    Chiusura(r, testi);
 }
 
 // A VBScript string literal.
@@ -256,28 +214,11 @@ void Cataloghi(PxIntestazioneHpx& h)
 void Intestazione(PxIntestazioneHpx& h, const QString& nome, const QString& base, const QString& numero,
                   const PxConsoleResDll& testi, const QDateTime& quando)
 {
-    const QString p = QStringLiteral("PROPRIETA");
-    h.ScriviIntero({}, QStringLiteral("Tipo"), 2);
-    h.ScriviTesto({}, QStringLiteral("Versione"), QStringLiteral("2.0.0"));
-    h.ScriviTesto(p, QStringLiteral("Id"), base);
-    h.ScriviTesto(p, QStringLiteral("Funzione"), testi.LoadDllString(TestoFunzione));
-    h.ScriviData(p, QStringLiteral("Data"), quando);
-    h.ScriviTesto(p, QStringLiteral("Descrizione"), QStringLiteral("Stampa pagina di prova di ") + nome);
-    h.ScriviIntero(p, QStringLiteral("Priorita"), 0);
-    h.ScriviTesto(p, QStringLiteral("Sigla"), QStringLiteral("000"));
-    h.ScriviTesto(p, QStringLiteral("Ditta"), QStringLiteral("000"));
-    // Written twice, as every client of the service does.
-    h.ScriviTesto(p, QStringLiteral("Suddivisione"), QString());
-    h.ScriviTesto(p, QStringLiteral("Suddivisione"), QString());
-    h.ScriviIntero(p, QStringLiteral("Lingua"), 0);
-    h.ScriviTesto(p, QStringLiteral("Utente"), testi.LoadDllString(TestoUtente));
-    h.ScriviTesto(p, QStringLiteral("UtenteDescrizione"), testi.LoadDllString(TestoUtenteDescrizione));
-    h.ScriviData(p, QStringLiteral("DataOriginale"), quando);
-    h.ScriviTesto(p, QStringLiteral("IP"), QString());
-    h.ScriviTesto(p, QStringLiteral("FormatoPagina"), QStringLiteral("PGPRV-"));
-    h.ScriviIntero(p, QStringLiteral("LunghezzaPagina"), 70);
-    h.ScriviIntero(p, QStringLiteral("OttimizzaFoglio"), 0);
-    Cataloghi(h);
+    Proprieta p;
+    p.Tipo = 2;
+    p.Id = base;
+    p.Descrizione = QStringLiteral("Stampa pagina di prova di ") + nome;
+    ScriviProprieta(h, p, testi, quando);
     const QString s = QStringLiteral("STAMPA");
     h.ScriviTesto(s, QStringLiteral("Stampante"), nome);
     h.ScriviTesto(s, QStringLiteral("Numero"), numero);
@@ -290,6 +231,68 @@ void Intestazione(PxIntestazioneHpx& h, const QString& nome, const QString& base
 }
 
 } // namespace
+
+QString AllineaADestra(const QString& testo)
+{
+    return testo.size() >= Colonne ? testo : QString(Colonne - testo.size(), u' ') + testo;
+}
+
+void Testata(Righe& r, const QString& data)
+{
+    r << QString() << AllineaADestra(MaiuscoleIniziali(data));
+    r.Vuote(8);
+}
+
+void Campioni(Righe& r)
+{
+    r << QStringLiteral("   [%$DA1]Rigo di stampa in doppia larghezza[%$DA0]") << QStringLiteral("   Rigo di stampa in decimi")
+      << QStringLiteral("   [%$DO1]Rigo di stampa in dodicesimi[%$DO0]")
+      << QStringLiteral("   [%$QU1]Rigo di stampa in quindicesimi[%$QU0]")
+      << QStringLiteral("   [%$CM1]Rigo di stampa in diciassettesimi[%$CM0]");
+    r << QString() << QStringLiteral("   [%$GR1]Rigo di stampa in grassetto[%$GR0]")
+      << QStringLiteral("   [%$IT1]Rigo di stampa in corsivo[%$IT0]")
+      << QStringLiteral("   [%$ST1]Rigo di stampa sottolineato[%$ST0]") << QStringLiteral("   [%$BR1]Rigo di stampa barrato[%$BR0]");
+    r.Vuote(5);
+    r << QStringLiteral("   Codice a barre")
+      << QStringLiteral("   [%#PLX.Z_AddBarCodeEx 90, 1750, 500, 100, \"ABCDEFGHIJ\", sbc_Code39, True#%]"
+                        "[%#PLX.Z_AddBarCodeEx 1000, 1750, 500, 100, \"123456789012\", sbc_Ean13, True#%]");
+    r.Vuote(4);
+    r << QStringLiteral("   AaBbCcDdEeFfGgHhIiJjKkLlMmNnOoPpQqRrSsTtUuVvWwXxYyZz")
+      << QStringLiteral("   ìèéòàùç|\\!\"£$%&/()=?^'[]+*@#°§<>,;.:-_");
+}
+
+void Chiusura(Righe& r, const PxConsoleResDll& testi)
+{
+    r.Vuote(4);
+    r << QStringLiteral("   [%$ST1][%$GR1]") + testi.LoadDllString(TestoTitolo) + u' ' + Versione() + QStringLiteral("[%$ST0][%$GR0]");
+    r << AllineaADestra(testi.LoadDllString(TestoSottotitolo) + QStringLiteral(" - ") + testi.LoadDllString(TestoDiritti));
+}
+
+void ScriviProprieta(PxIntestazioneHpx& h, const Proprieta& v, const PxConsoleResDll& testi, const QDateTime& quando)
+{
+    const QString p = QStringLiteral("PROPRIETA");
+    h.ScriviIntero({}, QStringLiteral("Tipo"), v.Tipo);
+    h.ScriviTesto({}, QStringLiteral("Versione"), QStringLiteral("2.0.0"));
+    h.ScriviTesto(p, QStringLiteral("Id"), v.Id);
+    h.ScriviTesto(p, QStringLiteral("Funzione"), testi.LoadDllString(TestoFunzione));
+    h.ScriviData(p, QStringLiteral("Data"), quando);
+    h.ScriviTesto(p, QStringLiteral("Descrizione"), v.Descrizione);
+    h.ScriviIntero(p, QStringLiteral("Priorita"), 0);
+    h.ScriviTesto(p, QStringLiteral("Sigla"), v.Sigla.trimmed().isEmpty() ? QStringLiteral("000") : v.Sigla.trimmed());
+    h.ScriviTesto(p, QStringLiteral("Ditta"), v.Ditta.trimmed().isEmpty() ? QStringLiteral("000") : v.Ditta.trimmed());
+    // Written twice, as every client of the service does.
+    h.ScriviTesto(p, QStringLiteral("Suddivisione"), v.Suddivisione);
+    h.ScriviTesto(p, QStringLiteral("Suddivisione"), v.Suddivisione);
+    h.ScriviIntero(p, QStringLiteral("Lingua"), v.Lingua);
+    h.ScriviTesto(p, QStringLiteral("Utente"), testi.LoadDllString(TestoUtente));
+    h.ScriviTesto(p, QStringLiteral("UtenteDescrizione"), testi.LoadDllString(TestoUtenteDescrizione));
+    h.ScriviData(p, QStringLiteral("DataOriginale"), quando);
+    h.ScriviTesto(p, QStringLiteral("IP"), QString());
+    h.ScriviTesto(p, QStringLiteral("FormatoPagina"), v.FormatoPagina);
+    h.ScriviIntero(p, QStringLiteral("LunghezzaPagina"), v.LunghezzaPagina);
+    h.ScriviIntero(p, QStringLiteral("OttimizzaFoglio"), 0);
+    Cataloghi(h);
+}
 
 QString TestoData(const QDateTime& quando)
 {

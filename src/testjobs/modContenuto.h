@@ -28,6 +28,49 @@ struct Lavoro
     QString Base;      // "Pagina di prova di <printer>"
 };
 
+// Lines joined with CR LF, each one ended.
+class Righe
+{
+public:
+    Righe& operator<<(const QString& riga)
+    {
+        mTesto += riga;
+        mTesto += QStringLiteral("\r\n");
+        return *this;
+    }
+    void Vuote(int n)
+    {
+        for (int i = 0; i < n; ++i)
+            *this << QString();
+    }
+    const QString& Testo() const { return mTesto; }
+
+private:
+    QString mTesto;
+};
+
+// The pieces every test page shares: a blank line, the date right-aligned, eight blank lines;
+// the type-size, style, barcode and alphabet samples; four blank lines and the closing lines.
+QString AllineaADestra(const QString& testo);
+void Testata(Righe& r, const QString& data);
+void Campioni(Righe& r);
+void Chiusura(Righe& r, const PxConsoleResDll& testi);
+
+// The header's top level, its PROPRIETA section and both character catalogues.
+struct Proprieta
+{
+    qint32 Tipo = 2; // 1 fax, 2 print, 3 e-mail
+    QString Id;
+    QString Descrizione;
+    QString Sigla;   // "000" when empty
+    QString Ditta;   // "000" when empty
+    QString Suddivisione;
+    qint32 Lingua = 0;
+    QString FormatoPagina = QStringLiteral("PGPRV-");
+    qint32 LunghezzaPagina = 70;
+};
+void ScriviProprieta(PxIntestazioneHpx& h, const Proprieta& p, const PxConsoleResDll& testi, const QDateTime& quando);
+
 // "lunedì 23 novembre 2026 9.05.07"-style text of `quando` ("dddd d mmmm yyyy Hh.Nn.Ss",
 // Italian names, two-digit time fields).
 QString TestoData(const QDateTime& quando);
