@@ -15,6 +15,8 @@
 #include "frmChiusura.h"
 #include "frmPosizione.h"
 #include "clsSrvServizi.h"
+#include "frmInvioProvaEmail.h"
+#include "frmInvioProvaFax.h"
 #include "modContenuto.h"
 #include "modTabellaCartelle.h"
 #include "modTraccia.h"
@@ -364,6 +366,7 @@ void frmConsole::VisualizzaServer(const QString& caption, const QString& chiave)
         });
         connect(vista, &clsSrvVista::Messaggio, this, &frmConsole::MostraMessaggio);
         connect(vista, &clsSrvVista::MostraDocumento, this, &frmConsole::MostraDocumento);
+        connect(vista, &clsSrvVista::Prova, this, &frmConsole::ApriProva);
         if (auto* servizi = qobject_cast<clsSrvServizi*>(vista))
             connect(servizi, &clsSrvServizi::PaginaDiProva, this, &frmConsole::InviaPaginaDiProva);
         vista->Blocca(mComandi.value(IdBlocca)->isChecked());
@@ -417,6 +420,29 @@ void frmConsole::InviaPaginaDiProva(const QStringList& chiaviStampanti)
                 esiti.push_back(modContenuto::ScriviPaginaDiProva(l, cartella));
             return esiti;
         }));
+    });
+}
+
+void frmConsole::ApriProva(qint32 id)
+{
+    modTraccia::Proteggi("ApriProva", [&] {
+        frmInvioProva* modulo = nullptr;
+        switch (id) {
+        case 5310: modulo = new frmInvioProvaEmail(mContesto, QStringLiteral("PxSrvEmail"), this); break;
+        case 5311: modulo = new frmInvioProvaFax(mContesto, QStringLiteral("PxSrvFax"), this); break;
+        // The publication service publishes by e-mail: its test is the e-mail form's.
+        case 5312: modulo = new frmInvioProvaEmail(mContesto, QStringLiteral("PxSrvPbl"), this); break;
+        case 5313: modulo = new frmInvioProvaFax(mContesto, QStringLiteral("PxSrvPFax"), this); break;
+        case 5314: modulo = new frmInvioProvaEFax(mContesto, this); break;
+        default: return;
+        }
+        modulo->setAttribute(Qt::WA_DeleteOnClose);
+        connect(modulo, &frmInvioProva::Consegnato, this, [this](const QString& base) {
+            const QString testo = mContesto.Testi().LoadDllString(8036) + u' ' + QFileInfo(base).fileName();
+            statusBar()->showMessage(testo, 10000);
+            modTraccia::Scrivi(1, testo);
+        });
+        modulo->open();
     });
 }
 

@@ -75,6 +75,8 @@ private:
     // Writes the test page of each printer (by its key) into the printing service's input
     // folder, off the interface thread; says how it went in the status bar and the log.
     void InviaPaginaDiProva(const QStringList& chiaviStampanti);
+    // Opens the test form of a folder's test command (5310-5314), window-modal.
+    void ApriProva(qint32 id);
     void PreparaMenuRaggruppa();
 
     void Fotografa();

@@ -127,6 +127,12 @@ constexpr Valore Fax[] = {
     {"Output", "Modem"},
     {"PercorsoPubblicazioneRiepilogo", "D:\\Pelorix\\Fax\\Riepiloghi"},
     {"PercorsoPubblicazioneFax", "D:\\Pelorix\\Fax\\Pubblicati"},
+    // The clients' languages of the cover pages, by the code the jobs carry.
+    {"Lingue/+Lingua/Codice", "0"}, {"Lingue/Lingua/Descrizione", "Italiano"},
+    {"Lingue/+Lingua/Codice", "1"}, {"Lingue/Lingua/Descrizione", "Inglese"},
+    {"Lingue/+Lingua/Codice", "2"}, {"Lingue/Lingua/Descrizione", "Francese"},
+    {"Lingue/+Lingua/Codice", "3"}, {"Lingue/Lingua/Descrizione", "Tedesco"},
+    {"Lingue/+Lingua/Codice", "5"}, {"Lingue/Lingua/Descrizione", "Spagnolo"},
 };
 
 constexpr Valore TifVm[] = {{"EmulaFronteRetro", "False"}};

@@ -84,9 +84,9 @@ int clsSrvCartella::RaggruppamentoPredefinito() const
 void clsSrvCartella::CreaPulsanti()
 {
     PxBarraComandi& barra = mAmbiente.Barra;
-    // The test forms come with the test jobs; until then the command is there, disabled.
+    // The test form is the main window's to open.
     if (mDef.Prova.Id)
-        barra.Pulsante(mDef.Prova.Id, mDef.Prova.Testo, mDef.Prova.Descrizione)->setEnabled(false);
+        barra.Pulsante(mDef.Prova.Id, mDef.Prova.Testo, mDef.Prova.Descrizione);
     barra.Pulsante(5315, 1256, 1356);
     barra.Pulsante(5302, 1200, 1300);
     barra.Pulsante(5303, 1201, 1301);
@@ -235,6 +235,10 @@ void clsSrvCartella::AbilitaPulsanti(bool abilita)
 
 void clsSrvCartella::Esegui(int id)
 {
+    if (id != 0 && id == mDef.Prova.Id) {
+        emit Prova(id);
+        return;
+    }
     if (id >= 5300 && id < 5400) {
         switch (id) {
         case 5315: VisualizzaDocumento(); break;

@@ -92,6 +92,8 @@ signals:
     void Messaggio(const QString& testo);
     // A document object to show (its XML description).
     void MostraDocumento(const QString& xml);
+    // The operator asked for the test form of command `id` (5310-5314).
+    void Prova(qint32 id);
 
 protected:
     virtual void CreaPulsanti() {}

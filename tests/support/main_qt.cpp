@@ -13,6 +13,8 @@ int main(int argc, char** argv)
     QTemporaryDir casa;
     qputenv("XDG_CONFIG_HOME", casa.filePath(QStringLiteral("config")).toUtf8());
     qputenv("XDG_DATA_HOME", casa.filePath(QStringLiteral("data")).toUtf8());
+    // The machine's settings too: tests run as root in CI, where /etc/xdg is writable.
+    qputenv("XDG_CONFIG_DIRS", casa.filePath(QStringLiteral("macchina")).toUtf8());
     QStandardPaths::setTestModeEnabled(true);
     ::testing::InitGoogleMock(&argc, argv);
     QApplication app(argc, argv);

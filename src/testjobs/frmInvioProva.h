@@ -1,0 +1,92 @@
+#pragma once
+
+#include "modContenuto.h"
+#include "modProva.h"
+
+#include <QDialog>
+#include <QHash>
+#include <QVariant>
+
+#include <optional>
+#include <span>
+
+class PxContesto;
+class PxImpostazioniMacchina;
+class QComboBox;
+class QDialogButtonBox;
+class QLabel;
+
+// The frame of the test forms: one field per row of a table (label, the key it is remembered
+// under, kind), filled from what the form last sent on this server machine, and on OK the job
+// composed, handed to the service's input folder off the interface thread, and only then the
+// fields remembered. A password goes to the desktop's keyring, never to the settings.
+class frmInvioProva : public QDialog
+{
+    Q_OBJECT
+
+public:
+    enum class Genere { Testo, Spunta, Elenco, Modificabile, Note, Password, Conferma, Sola };
+    struct Campo
+    {
+        qint32 Etichetta;   // text id of the label (0: the literal in Nome)
+        const char* Chiave; // the value's key; also the field's object name
+        Genere Tipo;
+        const char* Nome = nullptr;
+    };
+
+    ~frmInvioProva() override;
+
+    // OK: checks, composes and sends the job; the form closes once the job is in place.
+    void accept() override;
+
+    // The job's destination, for the caller to check: the service's input folder.
+    QString CartellaIngresso() const { return mCartellaIngresso; }
+    // The field of `chiave` (tests and derived forms).
+    QWidget* Widget(const char* chiave) const { return mCampi.value(QByteArray(chiave)); }
+
+signals:
+    // The job reached the input folder under this base name.
+    void Consegnato(const QString& base);
+
+protected:
+    // `gruppo`: where the fields are remembered ("Fax", "EFax", "Email"); `servizio`: the
+    // service whose input folder takes the job; `titolo`, `cornice`: text ids.
+    frmInvioProva(PxContesto& contesto, const char* gruppo, const QString& servizio, qint32 titolo, qint32 cornice,
+                  std::span<const Campo> campi, QWidget* parent);
+
+    // The job from the fields; nullopt with the reason when it cannot be made.
+    virtual std::optional<modContenuto::Lavoro> Componi(QString* errore) = 0;
+    // False, having told the operator, when OK must not go on.
+    virtual bool Valida() { return true; }
+    // Fills the drop-down lists (called before the remembered values are set).
+    virtual void RiempiElenchi() {}
+
+    QString Testo(const char* chiave) const;
+    bool Spuntato(const char* chiave) const;
+    QVariant Dato(const char* chiave) const;   // the selected entry's item data
+    qint32 Indice(const char* chiave) const;   // the selected entry's index
+    QComboBox* Elenco(const char* chiave) const;
+    // The mail fields the e-fax and e-mail forms share (those a form lacks stay empty).
+    modProva::DatiPosta LeggiPosta() const;
+    // The authentication modes (item data: the mode number) and the SSL choice (0 / 1).
+    void RiempiAutenticazione();
+    void RiempiSsl();
+
+    // Fills the lists, then the fields with what the form last sent (derived forms call it last).
+    void Carica();
+
+    PxContesto& mContesto;
+
+private:
+    void Salva();
+    void Segnala(const QString& testo);
+
+    QString mGruppo;
+    QString mCartellaIngresso;
+    std::span<const Campo> mDefinizione;
+    QHash<QByteArray, QWidget*> mCampi;
+    QDialogButtonBox* mPulsanti;
+    QLabel* mAvviso;
+    std::unique_ptr<PxImpostazioniMacchina> mMacchina;
+    bool mInVio = false;
+};

@@ -1,0 +1,186 @@
+#include "PxCollegamento.h"
+#include "PxConsoleResDll.h"
+#include "PxContesto.h"
+#include "PxIconResource.h"
+#include "PxImpostazioni.h"
+#include "PxImpostazioniMacchina.h"
+#include "PxLogConsole.h"
+#include "PxSrvServer.h"
+#include "RefServer.h"
+#include "frmInvioProvaEmail.h"
+#include "frmInvioProvaFax.h"
+#include "modDemo.h"
+#include "modDisco.h"
+#include "modPortachiavi.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QDir>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include <cerrno>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool Attendi(const std::function<bool()>& c) { return QTest::qWaitFor(c, 10000); }
+
+// A keyring of the test's own.
+QHash<QString, QString> Chiavi;
+const modPortachiavi::Portachiavi Memoria{
+    [](const QString& k, std::function<void(bool, const QString&)> fatto) { fatto(Chiavi.contains(k), Chiavi.value(k)); },
+    [](const QString& k, const QString& v, std::function<void(bool)> fatto) {
+        Chiavi.insert(k, v);
+        fatto(true);
+    }};
+
+// Every disk operation fails, as on a full disk.
+struct DiscoPieno : modDisco::Operazioni
+{
+    int Apri(const char*, int, mode_t) override
+    {
+        errno = ENOSPC;
+        return -1;
+    }
+};
+
+class Moduli : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_EQ(modDemo::CreaServerDemo(mDir.path(), 0), QString());
+        mRef = std::make_unique<RefServer>(mDir.path(), RefServer::Opzioni{false, true});
+        mCollegamento = std::make_unique<PxCollegamentoDiretto>([this](const QString& n) { return mRef->Oggetto(n); });
+        mServer = std::make_unique<PxSrvServer>(mCollegamento.get());
+        mServer->Connetti();
+        ASSERT_TRUE(Attendi([this] { return mServer->Caricato(); }));
+        mContesto = std::make_unique<PxContesto>(mTesti, mIcone, mImpostazioni, mLog, mServer.get());
+        Chiavi.clear();
+        modPortachiavi::ImpostaPortachiavi(&Memoria);
+        PxImpostazioniMacchina(mDir.path()).Impostazioni().clear();
+    }
+    void TearDown() override { modPortachiavi::ImpostaPortachiavi(nullptr); }
+
+    void Scrivi(frmInvioProva& f, const char* chiave, const QString& testo)
+    {
+        if (auto* l = qobject_cast<QLineEdit*>(f.Widget(chiave)))
+            l->setText(testo);
+        else if (auto* n = qobject_cast<QPlainTextEdit*>(f.Widget(chiave)))
+            n->setPlainText(testo);
+    }
+
+    QStringList Lavori(const char* servizio) const
+    {
+        return QDir(QDir(mDir.path()).filePath(u"Ingresso/"_s + QLatin1StringView(servizio))).entryList(QDir::Files | QDir::Hidden);
+    }
+
+    QTemporaryDir mDir;
+    PxConsoleResDll mTesti;
+    PxIconResource mIcone;
+    PxImpostazioni mImpostazioni;
+    PxLogConsole mLog;
+    std::unique_ptr<RefServer> mRef;
+    std::unique_ptr<PxCollegamentoDiretto> mCollegamento;
+    std::unique_ptr<PxSrvServer> mServer;
+    std::unique_ptr<PxContesto> mContesto;
+};
+
+TEST_F(Moduli, ATestFaxIsSentThenRememberedForEveryOperatorOfTheMachine)
+{
+    {
+        frmInvioProvaFax f(*mContesto);
+        EXPECT_EQ(f.CartellaIngresso(), QDir(mDir.path()).filePath(u"Ingresso/PxSrvFax"_s));
+        QComboBox* lingue = qobject_cast<QComboBox*>(f.Widget("Lingua"));
+        ASSERT_GE(lingue->count(), 3);
+        EXPECT_EQ(lingue->itemText(1), u"1 [Inglese]"_s);
+        lingue->setCurrentIndex(2);
+        Scrivi(f, "NumeroFax", u"7654321"_s);
+        Scrivi(f, "Note", u"prima\nseconda"_s);
+        qobject_cast<QCheckBox*>(f.Widget("Frontespizio"))->setChecked(true);
+        QSignalSpy consegnati(&f, &frmInvioProva::Consegnato);
+        f.open();
+        QTest::keyClick(f.Widget("Oggetto"), Qt::Key_Return); // Enter is OK
+        ASSERT_TRUE(Attendi([&] { return consegnati.size() == 1; }));
+        EXPECT_EQ(f.result(), QDialog::Accepted);
+    }
+    const QStringList lavori = Lavori("PxSrvFax");
+    EXPECT_EQ(lavori, (QStringList{u"Pagina di prova di 02 7654321.bpx"_s, u"Pagina di prova di 02 7654321.hpx"_s}));
+    // The next form, for any operator of the machine, starts from what was sent.
+    frmInvioProvaFax di_nuovo(*mContesto);
+    EXPECT_EQ(qobject_cast<QLineEdit*>(di_nuovo.Widget("NumeroFax"))->text(), u"7654321"_s);
+    EXPECT_EQ(qobject_cast<QComboBox*>(di_nuovo.Widget("Lingua"))->currentIndex(), 2);
+    EXPECT_TRUE(qobject_cast<QCheckBox*>(di_nuovo.Widget("Frontespizio"))->isChecked());
+    EXPECT_EQ(qobject_cast<QPlainTextEdit*>(di_nuovo.Widget("Note"))->toPlainText(), u"prima\nseconda"_s);
+}
+
+TEST_F(Moduli, AFailedSendKeepsTheFormOpenAndRemembersNothing)
+{
+    frmInvioProvaFax f(*mContesto);
+    Scrivi(f, "NumeroFax", u"1111111"_s);
+    f.open();
+    DiscoPieno pieno;
+    modDisco::ImpostaOperazioni(&pieno);
+    f.accept();
+    ASSERT_TRUE(Attendi([&] { return f.findChild<QDialogButtonBox*>()->isEnabled(); }));
+    modDisco::ImpostaOperazioni(nullptr);
+    EXPECT_TRUE(f.isVisible()) << "the form stays open";
+    EXPECT_TRUE(Lavori("PxSrvFax").isEmpty());
+    frmInvioProvaFax altro(*mContesto);
+    EXPECT_NE(qobject_cast<QLineEdit*>(altro.Widget("NumeroFax"))->text(), u"1111111"_s);
+    // Escape closes the form without sending.
+    QTest::keyClick(&f, Qt::Key_Escape);
+    EXPECT_EQ(f.result(), QDialog::Rejected);
+    EXPECT_TRUE(Lavori("PxSrvFax").isEmpty());
+}
+
+TEST_F(Moduli, TheEmailPasswordIsCheckedOnlyWithAnAuthenticationAndKeptInTheKeyringOnly)
+{
+    frmInvioProvaEmail f(*mContesto);
+    Scrivi(f, "A", u"operatore@ditta.it"_s);
+    Scrivi(f, "Password", u"segreta"_s);
+    Scrivi(f, "Conferma", u"diversa"_s);
+    QComboBox* modo = qobject_cast<QComboBox*>(f.Widget("Autenticazione"));
+    modo->setCurrentIndex(modo->findData(2));
+    f.open();
+    // LOGIN with a confirmation that differs: the message, and nothing sent.
+    bool avvisato = false;
+    QTimer::singleShot(50, [&avvisato] {
+        if (auto* m = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+            avvisato = m->text() == u"La password e la sua conferma non coincidono"_s;
+            m->close();
+        }
+    });
+    f.accept();
+    EXPECT_TRUE(avvisato);
+    EXPECT_TRUE(Lavori("PxSrvEmail").isEmpty());
+    // No authentication: the confirmation does not matter.
+    modo->setCurrentIndex(modo->findData(0));
+    QSignalSpy consegnati(&f, &frmInvioProva::Consegnato);
+    f.accept();
+    ASSERT_TRUE(Attendi([&] { return consegnati.size() == 1; }));
+    EXPECT_EQ(Lavori("PxSrvEmail").size(), 2);
+    EXPECT_EQ(Chiavi.value(u"Email"_s), u"segreta"_s);
+    PxImpostazioniMacchina macchina(mDir.path());
+    QFile file(macchina.Dove());
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray salvate = file.readAll();
+    EXPECT_TRUE(salvate.contains("operatore@ditta.it"));
+    EXPECT_FALSE(salvate.contains("segreta")) << "never in the settings";
+    // The next form takes the password from the keyring.
+    frmInvioProvaEmail di_nuovo(*mContesto);
+    EXPECT_TRUE(Attendi([&] { return qobject_cast<QLineEdit*>(di_nuovo.Widget("Password"))->text() == u"segreta"_s; }));
+}
+
+} // namespace
