@@ -14,6 +14,8 @@
 #include "frmApertura.h"
 #include "frmChiusura.h"
 #include "frmPosizione.h"
+#include "PxSrvCatalogo.h"
+#include "clsSrvCatalogo.h"
 #include "clsSrvServizi.h"
 #include "frmInvioProvaEmail.h"
 #include "frmInvioProvaFax.h"
@@ -367,6 +369,8 @@ void frmConsole::VisualizzaServer(const QString& caption, const QString& chiave)
         connect(vista, &clsSrvVista::Messaggio, this, &frmConsole::MostraMessaggio);
         connect(vista, &clsSrvVista::MostraDocumento, this, &frmConsole::MostraDocumento);
         connect(vista, &clsSrvVista::Prova, this, &frmConsole::ApriProva);
+        if (auto* catalogo = qobject_cast<clsSrvCatalogo*>(vista))
+            connect(catalogo, &clsSrvCatalogo::ProvaOggetto, this, &frmConsole::ApriProvaOggetto);
         if (auto* servizi = qobject_cast<clsSrvServizi*>(vista))
             connect(servizi, &clsSrvServizi::PaginaDiProva, this, &frmConsole::InviaPaginaDiProva);
         vista->Blocca(mComandi.value(IdBlocca)->isChecked());
@@ -436,6 +440,56 @@ void frmConsole::ApriProva(qint32 id)
         case 5314: modulo = new frmInvioProvaEFax(mContesto, this); break;
         default: return;
         }
+        MostraProva(modulo);
+    });
+}
+
+void frmConsole::ApriProvaOggetto(qint32 id, const QString& catalogo, const QString& chiave)
+{
+    PxSrvCatalogo* oggetti = mContesto.Server() ? mContesto.Server()->Catalogo(catalogo) : nullptr;
+    if (!oggetti)
+        return;
+    // The format's description comes from the server; the form opens with it.
+    oggetti->Oggetto(chiave, this, [this, id, catalogo, chiave](const PxRisposta& r) {
+        modTraccia::Proteggi("ApriProvaOggetto", [&] {
+            if (!r.Riuscita()) {
+                MostraMessaggio(mContesto.Testi().LoadDllString(8021) + QStringLiteral(": ") + r.Testo);
+                return;
+            }
+            if (catalogo == u"PxSrvFirme") {
+                auto* modulo = new frmInvioProvaEmail(mContesto, QStringLiteral("PxSrvEmail"), this);
+                modulo->Firma = chiave;
+                MostraProva(modulo);
+                return;
+            }
+            pugi::xml_document doc;
+            const QByteArray xml = r.Testo.toUtf8();
+            doc.load_buffer(xml.constData(), static_cast<size_t>(xml.size()));
+            const pugi::xml_node p = doc.document_element().child("Proprieta");
+            modProva::Formato f;
+            f.Key = QString::fromUtf8(p.child_value("Key")).trimmed();
+            f.Descrizione = QString::fromUtf8(p.child_value("Descrizione")).trimmed();
+            f.Id = QString::fromUtf8(p.child_value("Id")).trimmed();
+            f.RigheModulo = p.child("RigheModulo").text().as_int(70);
+            f.Lingua = p.child("Lingua").child("Codice").text().as_int(0);
+            if (f.Key.isEmpty())
+                f.Key = chiave;
+            if (id == 5311) {
+                auto* modulo = new frmInvioProvaFax(mContesto, QStringLiteral("PxSrvFax"), this);
+                modulo->Formato = f;
+                MostraProva(modulo);
+            } else {
+                auto* modulo = new frmInvioProvaEmail(mContesto, QStringLiteral("PxSrvEmail"), this);
+                modulo->Formato = f;
+                MostraProva(modulo);
+            }
+        });
+    });
+}
+
+void frmConsole::MostraProva(frmInvioProva* modulo)
+{
+    modTraccia::Proteggi("MostraProva", [&] {
         modulo->setAttribute(Qt::WA_DeleteOnClose);
         connect(modulo, &frmInvioProva::Consegnato, this, [this](const QString& base) {
             const QString testo = mContesto.Testi().LoadDllString(8036) + u' ' + QFileInfo(base).fileName();
@@ -534,6 +588,16 @@ void frmConsole::Fotografa()
         vai(202);
         QTimer::singleShot(800, this, [this, salva, &testi] {
             salva(this, "stampe.png");
+            // The three test forms as an operator first opens them.
+            frmInvioProvaFax fax(mContesto);
+            fax.show();
+            salva(&fax, "prova-fax.png");
+            frmInvioProvaEFax efax(mContesto);
+            efax.show();
+            salva(&efax, "prova-efax.png");
+            frmInvioProvaEmail email(mContesto);
+            email.show();
+            salva(&email, "prova-email.png");
             frmApertura apertura(mContesto.Server());
             for (int i = 0; i < apertura.Massimo() / 2; ++i)
                 apertura.Avanzamento(testi.LoadDllString(8006) + QStringLiteral(" ") + testi.LoadDllString(212)

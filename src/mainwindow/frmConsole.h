@@ -16,6 +16,7 @@ class QLabel;
 class QMenu;
 class QToolBar;
 class QTreeView;
+class frmInvioProva;
 class frmPosizione;
 
 // The main window: it assembles the panes and owns the content list, one command-bar set and
@@ -77,6 +78,9 @@ private:
     void InviaPaginaDiProva(const QStringList& chiaviStampanti);
     // Opens the test form of a folder's test command (5310-5314), window-modal.
     void ApriProva(qint32 id);
+    // The test form of a format or signature, preset with it.
+    void ApriProvaOggetto(qint32 id, const QString& catalogo, const QString& chiave);
+    void MostraProva(frmInvioProva* modulo);
     void PreparaMenuRaggruppa();
 
     void Fotografa();

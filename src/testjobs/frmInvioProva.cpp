@@ -31,9 +31,17 @@ frmInvioProva::frmInvioProva(PxContesto& contesto, const char* gruppo, const QSt
     const PxConsoleResDll& testi = mContesto.Testi();
     setWindowTitle(testi.LoadDllString(titolo));
     setModal(true);
+    auto* layout = new QVBoxLayout(this);
     auto* riquadro = new QGroupBox(testi.LoadDllString(cornice));
     auto* modulo = new QFormLayout(riquadro);
+    layout->addWidget(riquadro);
     for (const Campo& c : campi) {
+        if (c.Tipo == Genere::Cornice) {
+            riquadro = new QGroupBox(testi.LoadDllString(c.Etichetta));
+            modulo = new QFormLayout(riquadro);
+            layout->addWidget(riquadro);
+            continue;
+        }
         QWidget* w = nullptr;
         switch (c.Tipo) {
         case Genere::Testo: w = new QLineEdit; break;
@@ -60,6 +68,7 @@ frmInvioProva::frmInvioProva(PxContesto& contesto, const char* gruppo, const QSt
             break;
         }
         case Genere::Sola: w = new QLabel; break;
+        case Genere::Cornice: break;
         }
         w->setObjectName(QString::fromLatin1(c.Chiave));
         mCampi.insert(QByteArray(c.Chiave), w);
@@ -67,9 +76,9 @@ frmInvioProva::frmInvioProva(PxContesto& contesto, const char* gruppo, const QSt
     }
     mAvviso->setWordWrap(true);
     mAvviso->setVisible(false);
-    auto* layout = new QVBoxLayout(this);
-    layout->addWidget(riquadro);
     layout->addWidget(mAvviso);
+    mPulsanti->button(QDialogButtonBox::Ok)->setText(testi.LoadDllString(50));
+    mPulsanti->button(QDialogButtonBox::Cancel)->setText(testi.LoadDllString(51));
     layout->addWidget(mPulsanti);
     connect(mPulsanti, &QDialogButtonBox::accepted, this, &frmInvioProva::accept);
     connect(mPulsanti, &QDialogButtonBox::rejected, this, &QDialog::reject);
@@ -167,7 +176,8 @@ void frmInvioProva::Carica()
         s.beginGroup(mGruppo);
         for (const Campo& c : mDefinizione) {
             const QString chiave = QString::fromLatin1(c.Chiave);
-            if (c.Tipo == Genere::Password || c.Tipo == Genere::Conferma || c.Tipo == Genere::Sola || !s.contains(chiave))
+            if (c.Tipo == Genere::Password || c.Tipo == Genere::Conferma || c.Tipo == Genere::Sola || c.Tipo == Genere::Cornice
+            || !s.contains(chiave))
                 continue;
             const QVariant v = s.value(chiave);
             QWidget* w = Widget(c.Chiave);
@@ -206,7 +216,7 @@ void frmInvioProva::Salva()
     for (const Campo& c : mDefinizione) {
         const QString chiave = QString::fromLatin1(c.Chiave);
         QWidget* w = Widget(c.Chiave);
-        if (c.Tipo == Genere::Password || c.Tipo == Genere::Conferma || c.Tipo == Genere::Sola)
+        if (c.Tipo == Genere::Password || c.Tipo == Genere::Conferma || c.Tipo == Genere::Sola || c.Tipo == Genere::Cornice)
             continue;
         if (auto* k = qobject_cast<QCheckBox*>(w))
             s.setValue(chiave, k->isChecked() ? 1 : 0);

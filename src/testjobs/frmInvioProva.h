@@ -25,7 +25,8 @@ class frmInvioProva : public QDialog
     Q_OBJECT
 
 public:
-    enum class Genere { Testo, Spunta, Elenco, Modificabile, Note, Password, Conferma, Sola };
+    // Cornice starts a new frame titled by the row's label.
+    enum class Genere { Testo, Spunta, Elenco, Modificabile, Note, Password, Conferma, Sola, Cornice };
     struct Campo
     {
         qint32 Etichetta;   // text id of the label (0: the literal in Nome)

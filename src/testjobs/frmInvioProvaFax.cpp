@@ -27,7 +27,7 @@ constexpr frmInvioProva::Campo CampiEFax[] = {
     {1703, "Frontespizio", G::Spunta},          {1704, "SiglaCliente", G::Testo},   {1705, "CodiceDitta", G::Testo},
     {1706, "Suddivisione", G::Testo},           {1707, "Lingua", G::Elenco},        {1708, "SocietaDestinataria", G::Testo},
     {1709, "Mittente", G::Testo},               {1710, "Destinatario", G::Testo},   {1711, "Oggetto", G::Testo},
-    {1712, "Note", G::Note},                    {1600, "SMTP", G::Testo},           {1601, "Porta", G::Testo},
+    {1712, "Note", G::Note},                    {1612, "", G::Cornice},             {1600, "SMTP", G::Testo},           {1601, "Porta", G::Testo},
     {1602, "Dominio", G::Modificabile},         {8038, "SSL", G::Elenco},           {1603, "Da", G::Testo},
     {1604, "A", G::Testo},                      {1606, "Autenticazione", G::Elenco}, {1607, "Account", G::Testo},
     {1608, "Password", G::Password},

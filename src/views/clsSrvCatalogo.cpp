@@ -1,5 +1,6 @@
 #include "clsSrvCatalogo.h"
 
+#include "PxBarraComandi.h"
 #include "PxConsoleResDll.h"
 #include "PxContesto.h"
 #include "PxImmagini.h"
@@ -26,6 +27,28 @@ QList<PxModelloContenuto::Colonna> clsSrvCatalogo::CreaColonne()
     const qint32 icona = mOggetto == u"PxSrvFirme" ? 202 : 201;
     mAmbiente.Modello.ImpostaIcone(PxImmagini::Istanza().Icona(icona), {});
     return {{t.LoadDllString(2023)}, {t.LoadDllString(2027)}, {t.LoadDllString(2001)}};
+}
+
+void clsSrvCatalogo::CreaPulsanti()
+{
+    // A format is tested by fax or by e-mail, a signature by e-mail.
+    if (mOggetto == u"PxSrvFormati")
+        mAmbiente.Barra.Pulsante(5311, 1231, 1331);
+    mAmbiente.Barra.Pulsante(5310, 1230, 1330);
+    AbilitaPulsanti(false);
+}
+
+void clsSrvCatalogo::AbilitaPulsanti(bool abilita)
+{
+    const bool uno = abilita && NumeroSelezionati() == 1;
+    mAmbiente.Barra.Abilita(5310, uno);
+    mAmbiente.Barra.Abilita(5311, uno);
+}
+
+void clsSrvCatalogo::Esegui(int id)
+{
+    if ((id == 5310 || id == 5311) && NumeroSelezionati() == 1)
+        emit ProvaOggetto(id, mOggetto, ChiaviSelezionate().first());
 }
 
 void clsSrvCatalogo::AggiornaContenuto()

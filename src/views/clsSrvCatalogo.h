@@ -18,9 +18,16 @@ public:
     void AggiornaContenuto() override;
     void AggiornaSrv(const QString& chiaveOggetto) override;
     void mobjBkgXmlEventi_XmlCallBack(const QByteArray& xml);
+    void AbilitaPulsanti(bool abilita) override;
+    void Esegui(int id) override;
+
+signals:
+    // The test form of `id` (5310 e-mail, 5311 fax) for the object `chiave` of catalogue `catalogo`.
+    void ProvaOggetto(qint32 id, const QString& catalogo, const QString& chiave);
 
 protected:
     QList<PxModelloContenuto::Colonna> CreaColonne() override;
+    void CreaPulsanti() override;
 
 private:
     QString mOggetto;

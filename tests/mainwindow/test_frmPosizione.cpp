@@ -17,6 +17,7 @@
 #include "PxModelloContenuto.h"
 #include "clsSrvCartella.h"
 #include "clsSrvServizi.h"
+#include "frmInvioProvaFax.h"
 #include "modDemo.h"
 #include "modTraccia.h"
 
@@ -592,4 +593,23 @@ TEST_F(Finestra, ThePrintersTestPageReachesThePrintingServicesInputFolder)
     ASSERT_TRUE(Attendi([&] { return ingresso.exists(u"Pagina di prova di Zebra spedizioni.hpx"_s); }));
     EXPECT_TRUE(ingresso.exists(u"Pagina di prova di Zebra spedizioni.bpx"_s));
     EXPECT_FALSE(ingresso.exists(u"Pagina di prova di Zebra spedizioni.spx"_s)) << "a label has no page script";
+}
+
+TEST_F(Finestra, AFormatIsTestedByFaxFromTheFormatsList)
+{
+    mConsole->VisualizzaServer(u"Formati immagini"_s, u"SrvFormati"_s);
+    ASSERT_TRUE(Attendi([&] { return Modello().NumeroRighe() > 0; }));
+    QAction* fax = mConsole->Barra()->Azione(5311);
+    ASSERT_NE(fax, nullptr);
+    const QModelIndex primo = Modello().index(0, 0);
+    const QString chiave = Modello().Chiave(primo);
+    mConsole->Contenuto()->selectionModel()->select(primo, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    ASSERT_TRUE(fax->isEnabled());
+    fax->trigger();
+    frmInvioProvaFax* modulo = nullptr;
+    ASSERT_TRUE(Attendi([&] { return (modulo = mConsole->findChild<frmInvioProvaFax*>()) != nullptr; }));
+    ASSERT_TRUE(modulo->Formato.has_value());
+    EXPECT_EQ(modulo->Formato->Key, chiave);
+    EXPECT_FALSE(modulo->Formato->Descrizione.isEmpty());
+    modulo->reject();
 }
