@@ -66,8 +66,10 @@ int StampaPaginaDiProva(const QString& cartellaServer, const QString& nome)
         Errore(QStringLiteral("%1: %2").arg(nome, errore));
         return 1;
     }
-    const modLavoro::Esito esito =
-        modContenuto::ScriviPaginaDiProva(*lavoro, server.filePath(QStringLiteral("Ingresso/PxSrvStampe")));
+    // A server that never ran here has not made its input folder yet: it takes it as it finds it.
+    const QString ingresso = server.filePath(QStringLiteral("Ingresso/PxSrvStampe"));
+    QDir().mkpath(ingresso);
+    const modLavoro::Esito esito = modContenuto::ScriviPaginaDiProva(*lavoro, ingresso);
     if (!esito.Riuscito) {
         Errore(esito.Errore);
         return 1;

@@ -79,3 +79,31 @@ TEST_F(Arresto, ASignalWhileStartingStopsOnceStarted)
     EXPECT_EQ(mProcesso.exitCode(), 0);
     EXPECT_TRUE(Log().contains(u"Server terminato"_s));
 }
+
+namespace {
+
+// From a terminal, without a display: the printer's test page into the input folder.
+TEST(RigaDiComando, PrintTestPageWritesTheJobOrSaysWhichPrintersThereAre)
+{
+    QTemporaryDir dir;
+    ASSERT_EQ(modDemo::CreaServerDemo(dir.path(), 0), QString());
+    QProcess processo;
+    QProcessEnvironment ambiente = QProcessEnvironment::systemEnvironment();
+    ambiente.remove(u"DISPLAY"_s);
+    ambiente.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s); // a display would be needed, and is not
+    processo.setProcessEnvironment(ambiente);
+    processo.start(QStringLiteral(PLX_CONSOLE), {u"--server-folder"_s, dir.path(), u"--print-test-page"_s, u"Zebra banco"_s});
+    ASSERT_TRUE(processo.waitForFinished(30000));
+    EXPECT_EQ(processo.exitCode(), 0) << processo.readAllStandardError().constData();
+    const QDir ingresso(QDir(dir.path()).filePath(u"Ingresso/PxSrvStampe"_s));
+    EXPECT_TRUE(ingresso.exists(u"Pagina di prova di Zebra banco.hpx"_s));
+    EXPECT_TRUE(ingresso.exists(u"Pagina di prova di Zebra banco.bpx"_s));
+
+    processo.start(QStringLiteral(PLX_CONSOLE), {u"--server-folder"_s, dir.path(), u"--print-test-page"_s, u"Nessuna"_s});
+    ASSERT_TRUE(processo.waitForFinished(30000));
+    EXPECT_EQ(processo.exitCode(), 2);
+    const QString errore = QString::fromUtf8(processo.readAllStandardError());
+    EXPECT_TRUE(errore.contains(u"Nessuna"_s) && errore.contains(u"Zebra banco"_s)) << qPrintable(errore);
+}
+
+} // namespace
