@@ -353,6 +353,7 @@ void frmConsole::VisualizzaServer(const QString& caption, const QString& chiave)
 {
     modTraccia::Proteggi("VisualizzaServer", [&] {
         mVista.reset();
+        mAttesa->setVisible(false); // what the last view held went with it
         mChiaveVisualizzata = chiave;
         mPosizione->ImpostaChiaveVisualizzata(chiave);
         setWindowTitle(mContesto.Testi().LoadDllString(8000) + QStringLiteral(" - ") + caption);
