@@ -1,4 +1,4 @@
-#include "PxCollegamento.h"
+#include "ServerInLinea.h"
 #include "PxConsoleResDll.h"
 #include "PxContesto.h"
 #include "PxIconResource.h"
@@ -60,16 +60,10 @@ class Moduli : public ::testing::Test
 protected:
     void SetUp() override
     {
-        ASSERT_EQ(modDemo::CreaServerDemo(mDir.path(), 0), QString());
-        mRef = std::make_unique<RefServer>(mDir.path(), RefServer::Opzioni{false, true});
-        mCollegamento = std::make_unique<PxCollegamentoDiretto>([this](const QString& n) { return mRef->Oggetto(n); });
-        mServer = std::make_unique<PxSrvServer>(mCollegamento.get());
-        mServer->Connetti();
-        ASSERT_TRUE(Attendi([this] { return mServer->Caricato(); }));
-        mContesto = std::make_unique<PxContesto>(mTesti, mIcone, mImpostazioni, mLog, mServer.get());
+        ASSERT_TRUE(mS.Avvia(0));
         Chiavi.clear();
         modPortachiavi::ImpostaPortachiavi(&Memoria);
-        PxImpostazioniMacchina(mDir.path()).Impostazioni().clear();
+        PxImpostazioniMacchina(mS.Dir.path()).Impostazioni().clear();
     }
     void TearDown() override { modPortachiavi::ImpostaPortachiavi(nullptr); }
 
@@ -83,25 +77,17 @@ protected:
 
     QStringList Lavori(const char* servizio) const
     {
-        return QDir(QDir(mDir.path()).filePath(u"Ingresso/"_s + QLatin1StringView(servizio))).entryList(QDir::Files | QDir::Hidden);
+        return QDir(QDir(mS.Dir.path()).filePath(u"Ingresso/"_s + QLatin1StringView(servizio))).entryList(QDir::Files | QDir::Hidden);
     }
 
-    QTemporaryDir mDir;
-    PxConsoleResDll mTesti;
-    PxIconResource mIcone;
-    PxImpostazioni mImpostazioni;
-    PxLogConsole mLog;
-    std::unique_ptr<RefServer> mRef;
-    std::unique_ptr<PxCollegamentoDiretto> mCollegamento;
-    std::unique_ptr<PxSrvServer> mServer;
-    std::unique_ptr<PxContesto> mContesto;
+    ServerInLinea mS;
 };
 
 TEST_F(Moduli, ATestFaxIsSentThenRememberedForEveryOperatorOfTheMachine)
 {
     {
-        frmInvioProvaFax f(*mContesto);
-        EXPECT_EQ(f.CartellaIngresso(), QDir(mDir.path()).filePath(u"Ingresso/PxSrvFax"_s));
+        frmInvioProvaFax f(*mS.Contesto);
+        EXPECT_EQ(f.CartellaIngresso(), QDir(mS.Dir.path()).filePath(u"Ingresso/PxSrvFax"_s));
         QComboBox* lingue = qobject_cast<QComboBox*>(f.Widget("Lingua"));
         ASSERT_GE(lingue->count(), 3);
         EXPECT_EQ(lingue->itemText(1), u"1 [Inglese]"_s);
@@ -118,7 +104,7 @@ TEST_F(Moduli, ATestFaxIsSentThenRememberedForEveryOperatorOfTheMachine)
     const QStringList lavori = Lavori("PxSrvFax");
     EXPECT_EQ(lavori, (QStringList{u"Pagina di prova di 02 7654321.bpx"_s, u"Pagina di prova di 02 7654321.hpx"_s}));
     // The next form, for any operator of the machine, starts from what was sent.
-    frmInvioProvaFax di_nuovo(*mContesto);
+    frmInvioProvaFax di_nuovo(*mS.Contesto);
     EXPECT_EQ(qobject_cast<QLineEdit*>(di_nuovo.Widget("NumeroFax"))->text(), u"7654321"_s);
     EXPECT_EQ(qobject_cast<QComboBox*>(di_nuovo.Widget("Lingua"))->currentIndex(), 2);
     EXPECT_TRUE(qobject_cast<QCheckBox*>(di_nuovo.Widget("Frontespizio"))->isChecked());
@@ -127,7 +113,7 @@ TEST_F(Moduli, ATestFaxIsSentThenRememberedForEveryOperatorOfTheMachine)
 
 TEST_F(Moduli, AFailedSendKeepsTheFormOpenAndRemembersNothing)
 {
-    frmInvioProvaFax f(*mContesto);
+    frmInvioProvaFax f(*mS.Contesto);
     Scrivi(f, "NumeroFax", u"1111111"_s);
     f.open();
     DiscoPieno pieno;
@@ -137,7 +123,7 @@ TEST_F(Moduli, AFailedSendKeepsTheFormOpenAndRemembersNothing)
     modDisco::ImpostaOperazioni(nullptr);
     EXPECT_TRUE(f.isVisible()) << "the form stays open";
     EXPECT_TRUE(Lavori("PxSrvFax").isEmpty());
-    frmInvioProvaFax altro(*mContesto);
+    frmInvioProvaFax altro(*mS.Contesto);
     EXPECT_NE(qobject_cast<QLineEdit*>(altro.Widget("NumeroFax"))->text(), u"1111111"_s);
     // Escape closes the form without sending.
     QTest::keyClick(&f, Qt::Key_Escape);
@@ -147,7 +133,7 @@ TEST_F(Moduli, AFailedSendKeepsTheFormOpenAndRemembersNothing)
 
 TEST_F(Moduli, TheEmailPasswordIsCheckedOnlyWithAnAuthenticationAndKeptInTheKeyringOnly)
 {
-    frmInvioProvaEmail f(*mContesto);
+    frmInvioProvaEmail f(*mS.Contesto);
     Scrivi(f, "A", u"operatore@ditta.it"_s);
     Scrivi(f, "Password", u"segreta"_s);
     Scrivi(f, "Conferma", u"diversa"_s);
@@ -172,14 +158,14 @@ TEST_F(Moduli, TheEmailPasswordIsCheckedOnlyWithAnAuthenticationAndKeptInTheKeyr
     ASSERT_TRUE(Attendi([&] { return consegnati.size() == 1; }));
     EXPECT_EQ(Lavori("PxSrvEmail").size(), 2);
     EXPECT_EQ(Chiavi.value(u"Email"_s), u"segreta"_s);
-    PxImpostazioniMacchina macchina(mDir.path());
+    PxImpostazioniMacchina macchina(mS.Dir.path());
     QFile file(macchina.Dove());
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const QByteArray salvate = file.readAll();
     EXPECT_TRUE(salvate.contains("operatore@ditta.it"));
     EXPECT_FALSE(salvate.contains("segreta")) << "never in the settings";
     // The next form takes the password from the keyring.
-    frmInvioProvaEmail di_nuovo(*mContesto);
+    frmInvioProvaEmail di_nuovo(*mS.Contesto);
     EXPECT_TRUE(Attendi([&] { return qobject_cast<QLineEdit*>(di_nuovo.Widget("Password"))->text() == u"segreta"_s; }));
 }
 

@@ -1,4 +1,5 @@
 #include "PxBarraComandi.h"
+#include "ServerInLinea.h"
 #include "PxCollegamento.h"
 #include "PxConsoleResDll.h"
 #include "PxContesto.h"
@@ -54,33 +55,18 @@ class Vista : public ::testing::Test
 protected:
     void SetUp() override
     {
-        ASSERT_EQ(modDemo::CreaServerDemo(mDir.path(), 400), QString());
-        mLog.NomeApplicazione = u"viste"_s;
-        mLog.Cartella = mDirLog.path();
-        mLog.TracciaProcedure = false;
-        ASSERT_TRUE(mLog.Apri());
-        modTraccia::ImpostaLog(&mLog);
-        mRef = std::make_unique<RefServer>(mDir.path(), RefServer::Opzioni{false, true});
-        mCollegamento = std::make_unique<PxCollegamentoDiretto>([this](const QString& nome) { return mRef->Oggetto(nome); });
-        mServer = std::make_unique<PxSrvServer>(mCollegamento.get());
-        mServer->Connetti();
-        ASSERT_TRUE(Attendi([this] { return mServer->Caricato(); }));
-        mContesto = std::make_unique<PxContesto>(mTesti, mIcone, mImpostazioni, mLog, mServer.get());
-        PxContestoSonda::ImpostaUIRoot(*mContesto, mUI.append_child("PLX"));
+        ASSERT_TRUE(mS.Avvia(400));
+        PxContestoSonda::ImpostaUIRoot(*mS.Contesto, mUI.append_child("PLX"));
         mLista.setModel(&mModello);
         mLista.setSelectionMode(QAbstractItemView::ExtendedSelection);
         mLista.setSelectionBehavior(QAbstractItemView::SelectRows);
         mLista.resize(900, 600);
-        mAmbiente = std::make_unique<PxAmbienteVista>(PxAmbienteVista{*mContesto, mLista, mModello, mComandi});
+        mAmbiente = std::make_unique<PxAmbienteVista>(PxAmbienteVista{*mS.Contesto, mLista, mModello, mComandi});
     }
 
-    void TearDown() override
-    {
-        mVista.reset();
-        modTraccia::ImpostaLog(nullptr);
-    }
+    void TearDown() override { mVista.reset(); }
 
-    RefCartellaDocumenti& Fax() const { return *mRef->Cartella(GenereCartella::Fax); }
+    RefCartellaDocumenti& Fax() const { return *mS.Ref->Cartella(GenereCartella::Fax); }
 
     // Makes the view of `chiave` and waits for its first rows.
     void Apri(const QString& chiave = u"SrvDocFax"_s)
@@ -121,22 +107,14 @@ protected:
 
     QString Stato(const QString& id) const { return mModello.Testo(mModello.Riga(id), 2); }
 
-    QTemporaryDir mDir, mDirLog;
-    PxConsoleResDll mTesti;
-    PxIconResource mIcone;
-    PxImpostazioni mImpostazioni;
-    PxLogConsole mLog;
-    std::unique_ptr<RefServer> mRef;
-    std::unique_ptr<PxCollegamentoDiretto> mCollegamento;
-    std::unique_ptr<PxSrvServer> mServer;
-    std::unique_ptr<PxContesto> mContesto;
+    ServerInLinea mS;
     pugi::xml_document mUI;
     QTreeView mLista;
     PxModelloContenuto mModello;
     QAbstractItemModelTester mTester{&mModello, QAbstractItemModelTester::FailureReportingMode::Fatal};
     QToolBar mBarra;
     QMenu mMenu;
-    PxBarraComandi mComandi{mTesti, &mBarra, &mMenu};
+    PxBarraComandi mComandi{mS.Testi, &mBarra, &mMenu};
     std::unique_ptr<PxAmbienteVista> mAmbiente;
     std::unique_ptr<clsSrvVista> mVista;
     qsizetype mRicariche = 0;
@@ -364,7 +342,7 @@ TEST_F(Vista, AServiceGroupShowsItsWorkersAndFollowsTheirState)
     for (const char* riga : {"SrvFax", "SrvTifVm", "SrvFaxVm", "SrvNeFax", "SrvReportFax", "SrvNotificaFax"})
         EXPECT_GE(mModello.Riga(std::string_view(riga)), 0) << riga;
     EXPECT_EQ(mModello.NumeroRighe(), 6);
-    RefServizio* tif = qobject_cast<RefServizio*>(mRef->Oggetto(u"Servizio/PxSrvTifVm"_s));
+    RefServizio* tif = qobject_cast<RefServizio*>(mS.Ref->Oggetto(u"Servizio/PxSrvTifVm"_s));
     ASSERT_NE(tif, nullptr);
     const QString prima = mModello.Testo(mModello.Riga(u"SrvTifVm"_s), 2);
     ASSERT_TRUE(tif->SospendiServizio());

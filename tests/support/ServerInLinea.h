@@ -1,0 +1,58 @@
+#pragma once
+
+// The reference server on the test's own thread, its workers and input folders still (nothing
+// moves but what the test moves), and the console's side of it with a context for windows.
+// For the test programs that link the reference server and the engine.
+
+#include "PxCollegamento.h"
+#include "PxConsoleResDll.h"
+#include "PxContesto.h"
+#include "PxIconResource.h"
+#include "PxImpostazioni.h"
+#include "PxLogConsole.h"
+#include "PxSrvServer.h"
+#include "RefServer.h"
+#include "modDemo.h"
+#include "modTraccia.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+class ServerInLinea
+{
+public:
+    // Makes a demo of `documenti` documents and connects to it; false when it cannot.
+    bool Avvia(int documenti)
+    {
+        if (!modDemo::CreaServerDemo(Dir.path(), documenti).isEmpty())
+            return false;
+        Log.NomeApplicazione = QStringLiteral("prova");
+        Log.Cartella = DirLog.path();
+        Log.TracciaProcedure = false;
+        if (!Log.Apri())
+            return false;
+        modTraccia::ImpostaLog(&Log);
+        Ref = std::make_unique<RefServer>(Dir.path(), RefServer::Opzioni{false, true});
+        Collegamento = std::make_unique<PxCollegamentoDiretto>([this](const QString& nome) { return Ref->Oggetto(nome); });
+        Server = std::make_unique<PxSrvServer>(Collegamento.get());
+        Server->Connetti();
+        if (!QTest::qWaitFor([this] { return Server->Caricato(); }, 10000))
+            return false;
+        Contesto = std::make_unique<PxContesto>(Testi, Icone, Impostazioni, Log, Server.get());
+        return true;
+    }
+
+    ~ServerInLinea() { modTraccia::ImpostaLog(nullptr); }
+
+    QTemporaryDir Dir, DirLog;
+    PxConsoleResDll Testi;
+    PxIconResource Icone;
+    PxImpostazioni Impostazioni;
+    PxLogConsole Log;
+    std::unique_ptr<RefServer> Ref;
+    std::unique_ptr<PxCollegamentoDiretto> Collegamento;
+    std::unique_ptr<PxSrvServer> Server;
+    std::unique_ptr<PxContesto> Contesto;
+};
