@@ -213,7 +213,8 @@ TEST_F(Server, AListChangePublishesTheStateBeforeItsNoticeAndRefusesWhatItCannot
     QStringList visti;
     const auto chiavi = [stampe] {
         QStringList k;
-        for (const pugi::xml_node p : Stato(stampe).document_element().child("Stampanti").children("Stampante"))
+        const auto stato = Stato(stampe); // kept alive for the loop: the nodes live in it
+        for (const pugi::xml_node p : stato.document_element().child("Stampanti").children("Stampante"))
             k << QString::fromUtf8(p.child_value("Chiave"));
         return k.join(u',');
     };
