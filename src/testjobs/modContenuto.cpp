@@ -373,7 +373,7 @@ std::optional<Lavoro> PaginaDiProva(const pugi::xml_node& stampante, const PxCon
         lavoro = std::move(l);
     });
     if (!riuscito && errore)
-        *errore = QStringLiteral("pagina di prova non composta");
+        *errore = testi.LoadDllString(8040);
     return lavoro;
 }
 
