@@ -17,6 +17,8 @@
 #include "PxSrvCatalogo.h"
 #include "clsSrvCatalogo.h"
 #include "clsSrvServizi.h"
+#include "frmLog.h"
+#include "modAlberoServer.h"
 #include "frmInvioProvaEmail.h"
 #include "frmInvioProvaFax.h"
 #include "modContenuto.h"
@@ -68,6 +70,7 @@ frmConsole::frmConsole(PxContesto& contesto, QWidget* parent)
       mMenuComandi(nullptr),
       mMenuRaggruppa(nullptr),
       mBarra(nullptr),
+      mLog(new frmLog(contesto)),
       mConteggi(new QLabel),
       mAttesa(new QLabel),
       mStato(new QLabel)
@@ -100,7 +103,7 @@ frmConsole::frmConsole(PxContesto& contesto, QWidget* parent)
     // The panes' places; each later pane takes its dock as it lands.
     AggiungiPannello(7000, "pnlPosizione", mPosizione, Qt::LeftDockWidgetArea);
     AggiungiPannello(7001, "pnlProprieta", new QWidget, Qt::RightDockWidgetArea);
-    QDockWidget* log = AggiungiPannello(7004, "pnlLog", new QWidget, Qt::BottomDockWidgetArea);
+    QDockWidget* log = AggiungiPannello(7004, "pnlLog", mLog, Qt::BottomDockWidgetArea);
     QDockWidget* sistema = AggiungiPannello(7005, "pnlInfoSistema", new QWidget, Qt::BottomDockWidgetArea);
     tabifyDockWidget(log, sistema);
     log->raise();
@@ -357,6 +360,8 @@ void frmConsole::VisualizzaServer(const QString& caption, const QString& chiave)
         mChiaveVisualizzata = chiave;
         mPosizione->ImpostaChiaveVisualizzata(chiave);
         setWindowTitle(mContesto.Testi().LoadDllString(8000) + QStringLiteral(" - ") + caption);
+        // The log of the service on display (the property pane hands it on once it is docked).
+        mLog->CaricaLog(FileLogDi(chiave));
         mVista = modViste::Crea(*mAmbiente, chiave);
         clsSrvVista* vista = mVista.get();
         connect(vista, &clsSrvVista::ContenutoCambiato, this, [this] {
@@ -378,6 +383,30 @@ void frmConsole::VisualizzaServer(const QString& caption, const QString& chiave)
         vista->Avvia();
         AggiornaConteggi();
     });
+}
+
+QString frmConsole::FileLogDi(const QString& chiave) const
+{
+    PxSrvServer* server = mContesto.Server();
+    if (!server)
+        return {};
+    QString oggetto;
+    const QString base = chiave.section(u'|', 0, 0);
+    if (const modTabellaCartelle::Cartella* c = modTabellaCartelle::Trova(base))
+        oggetto = QString::fromLatin1(c->Servizio);
+    for (const modAlberoServer::Nodo& n : modAlberoServer::Nodi())
+        if (oggetto.isEmpty() && base == QLatin1StringView(n.Chiave))
+            oggetto = QString::fromLatin1(*n.Oggetto ? n.Oggetto : "PxSrvServer");
+    const PxSrvServizio* servizio = server->Servizio(oggetto);
+    if (!servizio)
+        return {};
+    pugi::xml_document doc;
+    const QByteArray xml = servizio->StatoXml().toUtf8();
+    doc.load_buffer(xml.constData(), static_cast<size_t>(xml.size()));
+    const QString file = QDir::fromNativeSeparators(QString::fromUtf8(doc.document_element().child_value("FileLog")).trimmed());
+    if (file.isEmpty())
+        return {};
+    return QDir::isAbsolutePath(file) ? file : QDir(server->Cartella()).filePath(file);
 }
 
 void frmConsole::InviaPaginaDiProva(const QStringList& chiaviStampanti)

@@ -17,6 +17,7 @@ class QMenu;
 class QToolBar;
 class QTreeView;
 class frmInvioProva;
+class frmLog;
 class frmPosizione;
 
 // The main window: it assembles the panes and owns the content list, one command-bar set and
@@ -49,6 +50,7 @@ public:
     void VisualizzaServer(const QString& caption, const QString& chiave);
     QString ChiaveVisualizzata() const { return mChiaveVisualizzata; }
     frmPosizione* Posizione() const { return mPosizione; }
+    frmLog* Log() const { return mLog; }
     clsSrvVista* Vista() const { return mVista.get(); }
     QTreeView* Contenuto() const { return mxrpContenuto; }
     PxModelloContenuto* Modello() const { return mModello; }
@@ -81,6 +83,8 @@ private:
     // The test form of a format or signature, preset with it.
     void ApriProvaOggetto(qint32 id, const QString& catalogo, const QString& chiave);
     void MostraProva(frmInvioProva* modulo);
+    // The log file of the service behind node `chiave`, from its state; "" when none.
+    QString FileLogDi(const QString& chiave) const;
     void PreparaMenuRaggruppa();
 
     void Fotografa();
@@ -97,6 +101,7 @@ private:
     std::unique_ptr<PxAmbienteVista> mAmbiente;
     std::unique_ptr<clsSrvVista> mVista;
     QHash<int, QAction*> mComandi;
+    frmLog* mLog;
     QLabel* mConteggi;
     QLabel* mAttesa;
     QLabel* mStato;

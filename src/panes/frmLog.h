@@ -1,0 +1,64 @@
+#pragma once
+
+#include "modLog.h"
+
+#include <QPointer>
+#include <QTimer>
+#include <QWidget>
+
+class PxContesto;
+class PxModelloLog;
+class QAction;
+class QFileSystemWatcher;
+class QLineEdit;
+class QToolBar;
+class QTreeView;
+
+// The log pane: the log of the service or document on display (or the console's own), one
+// row per line whose level is checked on the bar "bndLog" (ids 100-103 for levels 0-3). It
+// follows the file as it grows, reading only what was added, and starts again when the file
+// is truncated or replaced by a rotation; the view stays where the operator scrolled unless
+// it was at the bottom. Reading is done off the interface thread.
+class frmLog : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit frmLog(PxContesto& contesto, QWidget* parent = nullptr);
+    ~frmLog() override;
+
+    // Loads and shows `file` ("" clears the list).
+    void CaricaLog(const QString& file);
+    // Appends one record.
+    void AggiungiRigoLog(qint32 icona, qint32 secondi, const QString& testo);
+
+    QString File() const { return mFile; }
+    PxModelloLog* Modello() const { return mModello; }
+    QTreeView* Lista() const { return mxrpLog; }
+    QAction* Livello(int livello) const;
+    modLog::Livelli Livelli() const;
+    // Finds the next (or previous) row holding `testo` after the current one; false if none.
+    bool Cerca(const QString& testo, bool avanti = true);
+
+signals:
+    // A read has been applied to the list (whole or appended).
+    void Letto();
+
+private:
+    void Leggi(bool daCapo);
+    void Controlla();
+
+    PxContesto& mContesto;
+    QToolBar* mbndLog;
+    QTreeView* mxrpLog;
+    PxModelloLog* mModello;
+    QLineEdit* mCerca;
+    QFileSystemWatcher* mOsservatore;
+    QTimer mControllo;
+    QString mFile;
+    qint64 mFine = 0;
+    quint64 mIdentita = 0; // the file's inode: another one means the file was rotated
+    quint64 mGenerazione = 0;
+    bool mInLettura = false;
+    bool mDaRileggere = false;
+};
