@@ -616,28 +616,34 @@ void frmConsole::Fotografa()
             mxrpContenuto->scrollTo(verde, QAbstractItemView::PositionAtTop);
         salva(this, "console.png");
         vai(202);
-        QTimer::singleShot(800, this, [this, salva, &testi] {
+        QTimer::singleShot(800, this, [this, salva, vai, &testi] {
             salva(this, "stampe.png");
-            // The three test forms as an operator first opens them.
-            frmInvioProvaFax fax(mContesto);
-            fax.show();
-            salva(&fax, "prova-fax.png");
-            frmInvioProvaEFax efax(mContesto);
-            efax.show();
-            salva(&efax, "prova-efax.png");
-            frmInvioProvaEmail email(mContesto);
-            email.show();
-            salva(&email, "prova-email.png");
-            frmApertura apertura(mContesto.Server());
-            for (int i = 0; i < apertura.Massimo() / 2; ++i)
-                apertura.Avanzamento(testi.LoadDllString(8006) + QStringLiteral(" ") + testi.LoadDllString(212)
-                                     + QStringLiteral(" ") + testi.LoadDllString(8007));
-            apertura.show();
-            salva(&apertura, "apertura.png");
-            frmChiusura chiusura;
-            chiusura.show();
-            salva(&chiusura, "chiusura.png");
-            close();
+            // The log pane on a service's log: the fax worker's, which the demo has written.
+            vai(219);
+            resizeDocks({findChild<QDockWidget*>(QStringLiteral("pnlLog"))}, {330}, Qt::Vertical);
+            QTimer::singleShot(800, this, [this, salva, &testi] {
+                salva(mLog, "log.png");
+                // The three test forms as an operator first opens them.
+                frmInvioProvaFax fax(mContesto);
+                fax.show();
+                salva(&fax, "prova-fax.png");
+                frmInvioProvaEFax efax(mContesto);
+                efax.show();
+                salva(&efax, "prova-efax.png");
+                frmInvioProvaEmail email(mContesto);
+                email.show();
+                salva(&email, "prova-email.png");
+                frmApertura apertura(mContesto.Server());
+                for (int i = 0; i < apertura.Massimo() / 2; ++i)
+                    apertura.Avanzamento(testi.LoadDllString(8006) + QStringLiteral(" ") + testi.LoadDllString(212)
+                                         + QStringLiteral(" ") + testi.LoadDllString(8007));
+                apertura.show();
+                salva(&apertura, "apertura.png");
+                frmChiusura chiusura;
+                chiusura.show();
+                salva(&chiusura, "chiusura.png");
+                close();
+            });
         });
     });
 }

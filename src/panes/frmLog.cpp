@@ -72,6 +72,9 @@ frmLog::frmLog(PxContesto& contesto, QWidget* parent)
     mxrpLog->setAlternatingRowColors(true);
     mxrpLog->setSelectionBehavior(QAbstractItemView::SelectRows);
     mxrpLog->header()->setStretchLastSection(true);
+    // The columns' captions (1400, 1401) are texts the string table never gives out: a header
+    // of blank captions would only take room, so there is none.
+    mxrpLog->setHeaderHidden(true);
     mxrpLog->header()->resizeSection(0, 90);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

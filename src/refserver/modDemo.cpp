@@ -1,5 +1,7 @@
 #include "modDemo.h"
 
+#include "PxRigaLog.h"
+
 #include "modDemoFormati.h"
 
 #include "RefServer.h"
@@ -56,6 +58,46 @@ bool EServer(const QString& cartella)
         && QFileInfo(RefServer::CartellaServizi(cartella)).isDir();
 }
 
+namespace {
+
+// A morning of work in the logs of the busiest workers, so that a new console shows logs with
+// every level in them; always the same lines.
+QString StoricoLog(const QString& cartella)
+{
+    struct Voce
+    {
+        const char* Chiave;
+        const char* Cosa;
+    };
+    constexpr Voce voci[] = {{"PxSrvFaxVm", "trasmesso al 02 %1 (%2 pagine, %3 s)"},
+                             {"PxSrvTifVm", "convertito in tiff (%2 pagine, %3 s)"},
+                             {"PxSrvStampe", "stampato su Laser amministrazione (%2 pagine, %3 s)"},
+                             {"PxSrvSmtp", "inviato a ufficio@cliente.it (%2 pagine, %3 s)"}};
+    for (const Voce& v : voci) {
+        QByteArray testo;
+        for (int i = 0; i < 240; ++i) {
+            const QTime ora = QTime(7, 30).addSecs(i * 97);
+            const int numero = 1000 + i * 7;
+            if (i % 37 == 36)
+                testo += modRigaLog::Formatta(modRigaLog::LivelloErrore, ora,
+                                              QStringLiteral("Documento %1 respinto: Errore 27: linea occupata dopo 3 tentativi").arg(numero));
+            else if (i % 11 == 10)
+                testo += modRigaLog::Formatta(modRigaLog::LivelloAvviso, ora,
+                                              QStringLiteral("Documento %1: nuovo tentativo fra 60 s").arg(numero));
+            else
+                testo += modRigaLog::Formatta(i % 3 ? modRigaLog::LivelloInformazione : modRigaLog::LivelloDettaglio, ora,
+                                              QStringLiteral("Documento %1 ").arg(numero)
+                                                  + QString::fromLatin1(v.Cosa).arg(7654321 - i).arg(1 + i % 5).arg(20 + i % 40));
+        }
+        QFile file(QDir(RefServer::CartellaLog(cartella)).filePath(QString::fromLatin1(v.Chiave) + QStringLiteral(".log")));
+        if (!file.open(QIODevice::WriteOnly) || file.write(testo) != testo.size() || !file.flush())
+            return QStringLiteral("Impossibile scrivere %1").arg(file.fileName());
+    }
+    return {};
+}
+
+} // namespace
+
 QString CreaServerDemo(const QString& cartella, int documenti, quint64 seme)
 {
     const QDir radice(cartella);
@@ -93,6 +135,8 @@ QString CreaServerDemo(const QString& cartella, int documenti, quint64 seme)
             return QStringLiteral("Impossibile scrivere %1").arg(file);
     }
     if (const QString errore = CreaFormatiDemo(cartella); !errore.isEmpty())
+        return errore;
+    if (const QString errore = StoricoLog(cartella); !errore.isEmpty())
         return errore;
     return documenti > 0 ? CreaDocumentiDemo(cartella, documenti, seme) : QString();
 }

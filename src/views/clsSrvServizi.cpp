@@ -146,8 +146,10 @@ void clsSrvServizi::Righe(const modAlberoServer::Nodo& nodo, bool aggiorna)
         return;
     const pugi::xml_node radice = doc.document_element();
     PxModelloContenuto& modello = mAmbiente.Modello;
-    const QByteArray avanzamento = mAvanzamento.value(oggetto).toUtf8();
-    const QByteArray attivitaProgresso = mAttivita.value(oggetto).toUtf8();
+    // Progress is the service's own, not its printers' or clients'.
+    const bool elenco = nodo.Tipo == Genere::Elenco;
+    const QByteArray avanzamento = elenco ? QByteArray() : mAvanzamento.value(oggetto).toUtf8();
+    const QByteArray attivitaProgresso = elenco ? QByteArray() : mAttivita.value(oggetto).toUtf8();
     const auto scrivi = [&](const QByteArray& chiave, const QByteArray& caption, const pugi::xml_node& stato, qint32 icona) {
         QByteArray attivita = Testo(stato, "Attivita");
         if (!avanzamento.isEmpty() && !attivitaProgresso.isEmpty())

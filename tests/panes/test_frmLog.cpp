@@ -149,3 +149,4 @@ TEST_F(Pannello, TheTogglesReloadAndTheViewStaysWhereTheOperatorScrolled)
 }
 
 } // namespace
+
