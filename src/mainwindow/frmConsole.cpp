@@ -17,6 +17,7 @@
 #include "PxSrvCatalogo.h"
 #include "clsSrvCatalogo.h"
 #include "clsSrvServizi.h"
+#include "frmInfoSistema.h"
 #include "frmLog.h"
 #include "modAlberoServer.h"
 #include "frmInvioProvaEmail.h"
@@ -71,6 +72,7 @@ frmConsole::frmConsole(PxContesto& contesto, QWidget* parent)
       mMenuRaggruppa(nullptr),
       mBarra(nullptr),
       mLog(new frmLog(contesto)),
+      mInfoSistema(new frmInfoSistema(contesto)),
       mConteggi(new QLabel),
       mAttesa(new QLabel),
       mStato(new QLabel)
@@ -104,7 +106,7 @@ frmConsole::frmConsole(PxContesto& contesto, QWidget* parent)
     AggiungiPannello(7000, "pnlPosizione", mPosizione, Qt::LeftDockWidgetArea);
     AggiungiPannello(7001, "pnlProprieta", new QWidget, Qt::RightDockWidgetArea);
     QDockWidget* log = AggiungiPannello(7004, "pnlLog", mLog, Qt::BottomDockWidgetArea);
-    QDockWidget* sistema = AggiungiPannello(7005, "pnlInfoSistema", new QWidget, Qt::BottomDockWidgetArea);
+    QDockWidget* sistema = AggiungiPannello(7005, "pnlInfoSistema", mInfoSistema, Qt::BottomDockWidgetArea);
     tabifyDockWidget(log, sistema);
     log->raise();
 
@@ -249,6 +251,7 @@ void frmConsole::Inizializza(frmApertura* apertura)
     modTraccia::Proteggi("frmConsole_Inizializza", [&] {
         mPosizione->Inizializza(apertura);
         CollegaServer();
+        mInfoSistema->Inizializza();
         if (const PxSrvServer* server = mContesto.Server())
             statusBar()->showMessage(server->Identificativo() + QStringLiteral("  —  ") + server->Cartella());
     });
@@ -320,6 +323,7 @@ void frmConsole::Termina()
 {
     modTraccia::Proteggi("frmConsole_Termina", [&] {
         mVista.reset(); // saves its layout while the layout document is still there
+        mInfoSistema->Termina();
         mChiaveVisualizzata.clear();
         const auto registro = PxImpostazioni::ApriRegistro();
         registro->setValue(QStringLiteral("frmConsole/Geometria"), saveGeometry());
@@ -623,6 +627,10 @@ void frmConsole::Fotografa()
             resizeDocks({findChild<QDockWidget*>(QStringLiteral("pnlLog"))}, {330}, Qt::Vertical);
             QTimer::singleShot(800, this, [this, salva, &testi] {
                 salva(mLog, "log.png");
+                // The machine's load, after a few samples.
+                findChild<QDockWidget*>(QStringLiteral("pnlInfoSistema"))->raise();
+                mInfoSistema->resize(mLog->size());
+                salva(mInfoSistema, "infosistema.png");
                 // The three test forms as an operator first opens them.
                 frmInvioProvaFax fax(mContesto);
                 fax.show();

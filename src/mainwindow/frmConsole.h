@@ -17,6 +17,7 @@ class QMenu;
 class QToolBar;
 class QTreeView;
 class frmInvioProva;
+class frmInfoSistema;
 class frmLog;
 class frmPosizione;
 
@@ -102,6 +103,7 @@ private:
     std::unique_ptr<clsSrvVista> mVista;
     QHash<int, QAction*> mComandi;
     frmLog* mLog;
+    frmInfoSistema* mInfoSistema;
     QLabel* mConteggi;
     QLabel* mAttesa;
     QLabel* mStato;
