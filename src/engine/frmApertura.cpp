@@ -56,10 +56,7 @@ const PesoServizio Pesi[] = {
 bool Descrizione(const PxSrvServer& server, const char* chiave, pugi::xml_document& doc)
 {
     const PxSrvServizio* servizio = server.Servizio(QString::fromLatin1(chiave));
-    if (!servizio)
-        return false;
-    const QByteArray xml = servizio->StatoXml().toUtf8();
-    return doc.load_buffer(xml.constData(), static_cast<size_t>(xml.size())) && doc.document_element();
+    return servizio && servizio->LeggiStato(doc);
 }
 
 void Aggiungi(qint32& conteggio, qint64 passi)

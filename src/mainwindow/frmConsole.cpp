@@ -405,8 +405,7 @@ QString frmConsole::FileLogDi(const QString& chiave) const
     if (!servizio)
         return {};
     pugi::xml_document doc;
-    const QByteArray xml = servizio->StatoXml().toUtf8();
-    doc.load_buffer(xml.constData(), static_cast<size_t>(xml.size()));
+    servizio->LeggiStato(doc);
     const QString file = QDir::fromNativeSeparators(QString::fromUtf8(doc.document_element().child_value("FileLog")).trimmed());
     if (file.isEmpty())
         return {};
@@ -420,9 +419,9 @@ void frmConsole::InviaPaginaDiProva(const QStringList& chiaviStampanti)
         PxSrvServer* server = mContesto.Server();
         const PxSrvServizio* stampe = server ? server->Servizio(QStringLiteral("PxSrvStampe")) : nullptr;
         pugi::xml_document stato;
-        const QByteArray xml = stampe ? stampe->StatoXml().toUtf8() : QByteArray();
-        stato.load_buffer(xml.constData(), static_cast<size_t>(xml.size()));
-        const QString cartella = QString::fromUtf8(stato.document_element().child_value("CartellaIngresso")).trimmed();
+        if (stampe)
+            stampe->LeggiStato(stato);
+        const QString cartella = stampe ? stampe->CartellaIngresso() : QString();
         if (!server || !server->FileLocali() || cartella.isEmpty()) {
             MostraMessaggio(testi.LoadDllString(8037) + QStringLiteral(" ") + testi.LoadDllString(8022));
             return;

@@ -66,10 +66,7 @@ bool Carica(pugi::xml_document& doc, const QString& testo)
     return doc.load_buffer(xml.constData(), static_cast<size_t>(xml.size())) && doc.document_element();
 }
 
-bool Carica(pugi::xml_document& doc, const PxSrvServizio* servizio)
-{
-    return servizio && Carica(doc, servizio->StatoXml());
-}
+bool Carica(pugi::xml_document& doc, const PxSrvServizio* servizio) { return servizio && servizio->LeggiStato(doc); }
 
 QString Testo(const pugi::xml_node& nodo, const char* percorso)
 {
@@ -300,7 +297,7 @@ void frmPosizione::AggiornaServizio(const QString& chiaveOggetto)
         if (!servizio)
             return;
         pugi::xml_document doc;
-        if (!Carica(doc, servizio->StatoXml()))
+        if (!servizio->LeggiStato(doc))
             throw PxErrore(modErrori::ErrGenerico, QStringLiteral("frmPosizione"),
                            modErrori::TestoErrore(modErrori::ErrGenerico) + QStringLiteral(" (") + chiaveOggetto + u')');
         const pugi::xml_node radice = doc.document_element();

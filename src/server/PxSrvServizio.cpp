@@ -32,3 +32,18 @@ void PxSrvServizio::AlStatoXml(const QString& xml)
 void PxSrvServizio::Avvia(QObject* richiedente, Esito fatto) { Chiama("Avvia", richiedente, std::move(fatto)); }
 
 void PxSrvServizio::Sospendi(QObject* richiedente, Esito fatto) { Chiama("Sospendi", richiedente, std::move(fatto)); }
+
+bool PxSrvServizio::LeggiStato(pugi::xml_document& doc) const
+{
+    const QByteArray xml = mStatoXml.toUtf8();
+    if (doc.load_buffer(xml.constData(), static_cast<size_t>(xml.size())) && doc.document_element())
+        return true;
+    doc.reset();
+    return false;
+}
+
+QString PxSrvServizio::CartellaIngresso() const
+{
+    pugi::xml_document doc;
+    return LeggiStato(doc) ? QString::fromUtf8(doc.document_element().child_value("CartellaIngresso")).trimmed() : QString();
+}

@@ -2,6 +2,8 @@
 
 #include "PxSrvOggetto.h"
 
+#include <pugixml.hpp>
+
 // A service or worker of the dispatch server, as the console sees it: a local copy of its
 // state XML, read synchronously, kept current by the server's notices; its commands go out
 // as requests.
@@ -20,6 +22,10 @@ public:
     // The state document: root named after the service, with Stato (Codice, Descrizione),
     // Attivita, Errore (Codice, Descrizione), FileLog and the service's own elements.
     QString StatoXml() const { return mStatoXml; }
+    // The state parsed into `doc`; false (and an empty document) when it does not read.
+    bool LeggiStato(pugi::xml_document& doc) const;
+    // The service's input folder, as its state names it ("" when it has none).
+    QString CartellaIngresso() const;
 
     // Start the service (Stato/Codice becomes 4); refused when it cannot run.
     void Avvia(QObject* richiedente = nullptr, Esito fatto = {});

@@ -85,12 +85,8 @@ frmInvioProva::frmInvioProva(PxContesto& contesto, const char* gruppo, const QSt
 
     // The input folder, as the service describes itself.
     if (PxSrvServer* server = mContesto.Server())
-        if (const PxSrvServizio* s = server->Servizio(servizio)) {
-            pugi::xml_document doc;
-            const QByteArray xml = s->StatoXml().toUtf8();
-            if (doc.load_buffer(xml.constData(), static_cast<size_t>(xml.size())) && server->FileLocali())
-                mCartellaIngresso = QString::fromUtf8(doc.document_element().child_value("CartellaIngresso")).trimmed();
-        }
+        if (const PxSrvServizio* s = server->Servizio(servizio); s && server->FileLocali())
+            mCartellaIngresso = s->CartellaIngresso();
     mMacchina = std::make_unique<PxImpostazioniMacchina>(mContesto.Server() ? mContesto.Server()->Cartella() : QString());
 }
 

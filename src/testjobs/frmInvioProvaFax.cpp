@@ -61,8 +61,7 @@ void frmInvioProvaFax::RiempiElenchi()
     QComboBox* lingue = Elenco("Lingua");
     const PxSrvServizio* fax = mContesto.Server() ? mContesto.Server()->Servizio(QStringLiteral("PxSrvFax")) : nullptr;
     pugi::xml_document doc;
-    const QByteArray xml = fax ? fax->StatoXml().toUtf8() : QByteArray();
-    if (lingue && doc.load_buffer(xml.constData(), static_cast<size_t>(xml.size())))
+    if (lingue && fax && fax->LeggiStato(doc))
         for (const pugi::xml_node l : doc.document_element().child("Lingue").children("Lingua"))
             lingue->addItem(QStringLiteral("%1 [%2]").arg(QString::fromUtf8(l.child_value("Codice")).trimmed(),
                                                          QString::fromUtf8(l.child_value("Descrizione")).trimmed()));

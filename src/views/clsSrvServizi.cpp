@@ -140,9 +140,8 @@ void clsSrvServizi::Righe(const modAlberoServer::Nodo& nodo, bool aggiorna)
     const PxSrvServizio* servizio = server ? server->Servizio(oggetto) : nullptr;
     if (!servizio)
         return;
-    const QByteArray xml = servizio->StatoXml().toUtf8();
     pugi::xml_document doc;
-    if (!doc.load_buffer(xml.constData(), static_cast<size_t>(xml.size())))
+    if (!servizio->LeggiStato(doc))
         return;
     const pugi::xml_node radice = doc.document_element();
     PxModelloContenuto& modello = mAmbiente.Modello;
