@@ -10,6 +10,7 @@
 #include "modDisco.h"
 
 #include "Coerenza.h"
+#include "DiscoGuasto.h"
 #include "Selezione.h"
 
 #include <gtest/gtest.h>
@@ -324,43 +325,6 @@ TEST_F(Cartelle, NamesFromDescriptionsAndLinksInADocumentNeverLeadOutOfItsFolder
     EXPECT_EQ(f.readAll(), QByteArray("riservato"));
 }
 
-namespace {
-
-// The file system, failing at its Nth operation with the error a full disk gives.
-class OperazioniGuaste : public modDisco::Operazioni
-{
-public:
-    explicit OperazioniGuaste(int fallisciAl) : mFallisciAl(fallisciAl) { modDisco::ImpostaOperazioni(this); }
-    ~OperazioniGuaste() override { modDisco::ImpostaOperazioni(nullptr); }
-    bool Guastata() const { return mChiamate >= mFallisciAl; }
-
-    int Apri(const char* p, int f, mode_t m) override { return Guasto() ? -1 : Operazioni::Apri(p, f, m); }
-    ssize_t Scrivi(int fd, const char* d, size_t n) override { return Guasto() ? -1 : Operazioni::Scrivi(fd, d, n); }
-    int Sincronizza(int fd) override { return Guasto() ? -1 : Operazioni::Sincronizza(fd); }
-    int Chiudi(int fd) override
-    {
-        const bool guasto = Guasto();
-        const int esito = Operazioni::Chiudi(fd); // closed in any case, as the system does
-        if (guasto)
-            errno = ENOSPC;
-        return guasto ? -1 : esito;
-    }
-    int Rinomina(const char* da, const char* a, bool s) override { return Guasto() ? -1 : Operazioni::Rinomina(da, a, s); }
-    int CreaCartella(const char* p, mode_t m) override { return Guasto() ? -1 : Operazioni::CreaCartella(p, m); }
-
-private:
-    bool Guasto()
-    {
-        if (++mChiamate != mFallisciAl)
-            return false;
-        errno = ENOSPC;
-        return true;
-    }
-    int mFallisciAl;
-    int mChiamate = 0;
-};
-
-} // namespace
 
 TEST_F(Cartelle, AFaultAtAnyStepOfTakingAJobLosesNothingAndSplitsNothing)
 {

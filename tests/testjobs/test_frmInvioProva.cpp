@@ -10,7 +10,7 @@
 #include "frmInvioProvaEmail.h"
 #include "frmInvioProvaFax.h"
 #include "modDemo.h"
-#include "modDisco.h"
+#include "DiscoGuasto.h"
 #include "modPortachiavi.h"
 
 #include <gtest/gtest.h>
@@ -44,16 +44,6 @@ const modPortachiavi::Portachiavi Memoria{
         Chiavi.insert(k, v);
         fatto(true);
     }};
-
-// Every disk operation fails, as on a full disk.
-struct DiscoPieno : modDisco::Operazioni
-{
-    int Apri(const char*, int, mode_t) override
-    {
-        errno = ENOSPC;
-        return -1;
-    }
-};
 
 class Moduli : public ::testing::Test
 {
@@ -116,11 +106,11 @@ TEST_F(Moduli, AFailedSendKeepsTheFormOpenAndRemembersNothing)
     frmInvioProvaFax f(*mS.Contesto);
     Scrivi(f, "NumeroFax", u"1111111"_s);
     f.open();
-    DiscoPieno pieno;
-    modDisco::ImpostaOperazioni(&pieno);
-    f.accept();
-    ASSERT_TRUE(Attendi([&] { return f.findChild<QDialogButtonBox*>()->isEnabled(); }));
-    modDisco::ImpostaOperazioni(nullptr);
+    {
+        OperazioniGuaste pieno(1); // the first file cannot even be created
+        f.accept();
+        ASSERT_TRUE(Attendi([&] { return f.findChild<QDialogButtonBox*>()->isEnabled(); }));
+    }
     EXPECT_TRUE(f.isVisible()) << "the form stays open";
     EXPECT_TRUE(Lavori("PxSrvFax").isEmpty());
     frmInvioProvaFax altro(*mS.Contesto);

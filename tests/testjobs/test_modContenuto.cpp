@@ -5,7 +5,7 @@
 #include "modContenuto.h"
 #include "modCp1252.h"
 #include "modDemo.h"
-#include "modDisco.h"
+#include "DiscoGuasto.h"
 #include "modLavoro.h"
 
 #include <gtest/gtest.h>
@@ -169,49 +169,19 @@ TEST(Lavoro, AJobThatStillWaitsKeepsItsNameTheNewOneTakesTheNext)
     EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden).size(), 5) << "no temporary file stays";
 }
 
-// Fails the Nth disk operation, with ENOSPC, as a full disk would.
-class Guasto : public modDisco::Operazioni
-{
-public:
-    explicit Guasto(int n) : mN(n) {}
-    int Apri(const char* p, int f, mode_t m) override { return Conta() ? -1 : Operazioni::Apri(p, f, m); }
-    ssize_t Scrivi(int fd, const char* d, size_t q) override { return Conta() ? -1 : Operazioni::Scrivi(fd, d, q); }
-    int Sincronizza(int fd) override { return Conta() ? -1 : Operazioni::Sincronizza(fd); }
-    int Chiudi(int fd) override
-    {
-        const bool guasto = Conta();
-        Operazioni::Chiudi(fd);
-        return guasto ? -1 : 0;
-    }
-    int Rinomina(const char* da, const char* a, bool s) override { return Conta() ? -1 : Operazioni::Rinomina(da, a, s); }
-    int Chiamate() const { return mChiamate; }
-
-private:
-    bool Conta()
-    {
-        if (++mChiamate != mN)
-            return false;
-        errno = ENOSPC;
-        return true;
-    }
-    int mN;
-    int mChiamate = 0;
-};
-
 TEST(Lavoro, AFailureAtAnyStepLeavesNothingUnderAFinalName)
 {
     const auto lavoro = Lavoro(Stampante(0));
     ASSERT_TRUE(lavoro);
     const auto prova = [&](int n, QStringList* file) {
         QTemporaryDir dir;
-        Guasto guasto(n);
-        modDisco::ImpostaOperazioni(&guasto);
+        OperazioniGuaste guasto(n);
         const modLavoro::Esito esito = modContenuto::ScriviPaginaDiProva(*lavoro, dir.path());
-        modDisco::ImpostaOperazioni(nullptr);
+        const int chiamate = guasto.Chiamate();
         *file = QDir(dir.path()).entryList(QDir::Files | QDir::Hidden | QDir::System);
         if (esito.Riuscito && Leggi(esito.Base + u".bpx"_s) != lavoro->Corpo)
             return -1;
-        return esito.Riuscito ? guasto.Chiamate() : 0;
+        return esito.Riuscito ? chiamate : 0;
     };
     QStringList file;
     const int operazioni = prova(0, &file);
