@@ -320,22 +320,26 @@ QString MaiuscoleIniziali(const QString& testo)
     return r;
 }
 
-pugi::xml_node TrovaStampante(const pugi::xml_node& statoStampe, const QString& nomeWindows)
+namespace {
+// The printer record whose `elemento` reads `valore`.
+pugi::xml_node Stampante(const pugi::xml_node& statoStampe, const char* elemento, const QString& valore)
 {
-    const QByteArray nome = nomeWindows.toUtf8();
+    const QByteArray v = valore.toUtf8();
     for (const pugi::xml_node s : statoStampe.child("Stampanti").children("Stampante"))
-        if (QByteArray(s.child_value("NomeStampanteWindows")).trimmed() == nome)
+        if (QByteArray(s.child_value(elemento)).trimmed() == v)
             return s;
     return {};
+}
+} // namespace
+
+pugi::xml_node TrovaStampante(const pugi::xml_node& statoStampe, const QString& nomeWindows)
+{
+    return Stampante(statoStampe, "NomeStampanteWindows", nomeWindows);
 }
 
 pugi::xml_node StampanteDellaChiave(const pugi::xml_node& statoStampe, const QString& chiave)
 {
-    const QByteArray k = chiave.toUtf8();
-    for (const pugi::xml_node s : statoStampe.child("Stampanti").children("Stampante"))
-        if (QByteArray(s.child_value("Chiave")).trimmed() == k)
-            return s;
-    return {};
+    return Stampante(statoStampe, "Chiave", chiave);
 }
 
 std::optional<Lavoro> PaginaDiProva(const pugi::xml_node& stampante, const PxConsoleResDll& testi, const QDateTime& quando,
