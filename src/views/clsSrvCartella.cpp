@@ -143,6 +143,7 @@ void clsSrvCartella::mobjBkgXmlEventi_XmlCallBack(const QByteArray& xml)
         [this, xml] {
             modTraccia::Proteggi("mobjBkgXmlEventi_XmlCallBack", [&] {
                 const modElenco::Code code{[this](int c) { return CodaMostrata(c); }, [this](int c) { return ColoreCoda(c); }};
+                mAbilitatoPer.clear();
                 RicaricaMantenendo([&] {
                     modElenco::Carica(mAmbiente.Modello, xml, code, [this] {
                         RegistraErrore(mNomeAggiungi.constData(), QStringLiteral("campi mancanti"));
@@ -161,6 +162,8 @@ void clsSrvCartella::DocumentoSpostato(qint32 coda, const QString& id, const QSt
             PxModelloContenuto& modello = mAmbiente.Modello;
             const QByteArray chiave = id.toUtf8();
             const qint32 riga = modello.Riga(std::string_view(chiave.constData(), static_cast<size_t>(chiave.size())));
+            if (id == mAbilitatoPer)
+                mAbilitatoPer.clear(); // its folder or output may have changed: ask again
             // A queue without a toggle, or one hidden, means the document is no longer shown.
             const qint32 filtro = coda >= 0 && static_cast<size_t>(coda) < mDef.Code.size()
                 ? mDef.Code[static_cast<size_t>(coda)].Filtro
@@ -207,10 +210,14 @@ void clsSrvCartella::AbilitaPulsanti(bool abilita)
     PxBarraComandi& barra = mAmbiente.Barra;
     for (const int id : {5315, 5302, 5303, 5300})
         barra.Abilita(id, abilita);
+    const QString id = abilita ? DocumentoScelto() : QString();
+    // Asked already for this document, and it has not moved since: the answers stand. Notices
+    // of other documents do not cost two requests each.
+    if (!id.isEmpty() && id == mAbilitatoPer)
+        return;
     barra.Abilita(5305, false);
     if (mDef.Uscita.Id)
         barra.Abilita(mDef.Uscita.Id, false);
-    const QString id = abilita ? DocumentoScelto() : QString();
     mAbilitatoPer = id;
     if (id.isEmpty() || !mCartella)
         return;

@@ -302,6 +302,8 @@ TEST_F(Vista, TheFolderCommandsFollowTheDocumentsFolderOnDisk)
     mVista->AbilitaPulsanti(true);
     ASSERT_TRUE(Attendi([&] { return mComandi.Azione(5305)->isEnabled() && mComandi.Azione(5307)->isEnabled(); }));
     ASSERT_TRUE(QDir(Fax().CartellaDocumentoDi(id)).removeRecursively());
+    // Chosen again (an unchanged choice keeps the answers it had).
+    mVista->AbilitaPulsanti(false);
     mVista->AbilitaPulsanti(true);
     Scorri();
     EXPECT_FALSE(mComandi.Azione(5305)->isEnabled());
