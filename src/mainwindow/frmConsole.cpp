@@ -348,12 +348,13 @@ void frmConsole::AbilitaDocumenti()
         mVista->AbilitaPulsanti(mVista->NumeroSelezionati() > 0 && !mContesto.Occupato());
 }
 
-void frmConsole::AggiornaConteggi()
+qsizetype frmConsole::AggiornaConteggi()
 {
     const PxConsoleResDll& testi = mContesto.Testi();
     const qsizetype selezionati = mVista ? mVista->NumeroSelezionati() : 0;
     mConteggi->setText(testi.LoadDllString(8014) + u' ' + QLocale().toString(mModello->NumeroRighe()) + QStringLiteral("   ")
                        + testi.LoadDllString(8015) + u' ' + QLocale().toString(selezionati));
+    return selezionati;
 }
 
 void frmConsole::VisualizzaServer(const QString& caption, const QString& chiave)
@@ -369,8 +370,10 @@ void frmConsole::VisualizzaServer(const QString& caption, const QString& chiave)
         mVista = modViste::Crea(*mAmbiente, chiave);
         clsSrvVista* vista = mVista.get();
         connect(vista, &clsSrvVista::ContenutoCambiato, this, [this] {
-            AggiornaConteggi();
-            AbilitaDocumenti();
+            // The selection is counted once for both.
+            const qsizetype selezionati = AggiornaConteggi();
+            if (mVista)
+                mVista->AbilitaPulsanti(selezionati > 0 && !mContesto.Occupato());
         });
         connect(vista, &clsSrvVista::InAttesaCambiata, this, [this](qsizetype n) {
             mAttesa->setText(QLocale().toString(n) + u' ' + mContesto.Testi().LoadDllString(8018));

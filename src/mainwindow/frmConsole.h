@@ -71,7 +71,8 @@ private:
     void mobjServizio_CambioStato(const QString& chiaveOggetto);
     void mobjServizio_DocumentoSpostato(const QString& chiaveOggetto, qint32 coda, const QString& id, const QString& nodo);
     void mobjServizio_Avanzamento(const QString& chiaveOggetto, const QString& attivita, qint32 fatti, qint32 totale);
-    void AggiornaConteggi();
+    // Shows the row and selection counts; returns the selection's.
+    qsizetype AggiornaConteggi();
     void AbilitaDocumenti();
     void MostraMessaggio(const QString& testo);
     void MostraDocumento(const QString& xml);
