@@ -129,5 +129,4 @@ private:
     bool mBloccata = false;
     bool mMisura = false;
     std::vector<std::function<void()>> mInAttesa;
-    QList<QMetaObject::Connection> mConnessioni;
 };

@@ -58,15 +58,6 @@ constexpr Voce Tabella[] = {
 
 } // namespace
 
-const char* NomeClasse(const QString& chiave)
-{
-    const QString base = chiave.section(u'|', 0, 0);
-    for (const Voce& v : Tabella)
-        if (base == QLatin1StringView(v.Chiave))
-            return v.Chiave;
-    return "SrvNessuno";
-}
-
 std::unique_ptr<clsSrvVista> Crea(PxAmbienteVista& ambiente, const QString& chiave)
 {
     const QString base = chiave.section(u'|', 0, 0);

@@ -9,7 +9,5 @@
 namespace modViste {
 
 std::unique_ptr<clsSrvVista> Crea(PxAmbienteVista& ambiente, const QString& chiave);
-// The view's class name without "cls" ("SrvDocFax"; "SrvNessuno" for a node without its own).
-const char* NomeClasse(const QString& chiave);
 
 } // namespace modViste
