@@ -19,6 +19,7 @@
 #include "clsSrvServizi.h"
 #include "frmInfoSistema.h"
 #include "frmLog.h"
+#include "frmProprieta.h"
 #include "modAlberoServer.h"
 #include "frmInvioProvaEmail.h"
 #include "frmInvioProvaFax.h"
@@ -71,7 +72,7 @@ frmConsole::frmConsole(PxContesto& contesto, QWidget* parent)
       mMenuComandi(nullptr),
       mMenuRaggruppa(nullptr),
       mBarra(nullptr),
-      mLog(new frmLog(contesto)),
+      mLog(new frmLog(contesto)), mProprieta(new frmProprieta(contesto)),
       mInfoSistema(new frmInfoSistema(contesto)),
       mConteggi(new QLabel),
       mAttesa(new QLabel),
@@ -104,7 +105,10 @@ frmConsole::frmConsole(PxContesto& contesto, QWidget* parent)
 
     // The panes' places; each later pane takes its dock as it lands.
     AggiungiPannello(7000, "pnlPosizione", mPosizione, Qt::LeftDockWidgetArea);
-    AggiungiPannello(7001, "pnlProprieta", new QWidget, Qt::RightDockWidgetArea);
+    AggiungiPannello(7001, "pnlProprieta", mProprieta, Qt::RightDockWidgetArea);
+    mProprieta->ImpostaLog(mLog);
+    connect(mProprieta, &frmProprieta::Messaggio, this, &frmConsole::MostraMessaggio);
+    connect(mProprieta, &frmProprieta::StatoServizioCambiato, this, [this] { ConfiguraPulsantiServer(); });
     QDockWidget* log = AggiungiPannello(7004, "pnlLog", mLog, Qt::BottomDockWidgetArea);
     QDockWidget* sistema = AggiungiPannello(7005, "pnlInfoSistema", mInfoSistema, Qt::BottomDockWidgetArea);
     tabifyDockWidget(log, sistema);
@@ -290,7 +294,7 @@ void frmConsole::mobjServizio_CambioStato(const QString& chiaveOggetto)
 {
     modTraccia::Proteggi("mobjServizio_CambioStato", [&] {
         mPosizione->AggiornaServizio(chiaveOggetto);
-        // The property pane follows here once it is docked.
+        mProprieta->InfoDescrizione();
         if (mVista)
             mVista->AggiornaSrv(chiaveOggetto);
     });
@@ -365,8 +369,8 @@ void frmConsole::VisualizzaServer(const QString& caption, const QString& chiave)
         mChiaveVisualizzata = chiave;
         mPosizione->ImpostaChiaveVisualizzata(chiave);
         setWindowTitle(mContesto.Testi().LoadDllString(8000) + QStringLiteral(" - ") + caption);
-        // The log of the service on display (the property pane hands it on once it is docked).
-        mLog->CaricaLog(FileLogDi(chiave));
+        // The node's sheet; the pane hands its log on to the log pane.
+        mProprieta->VisualizzaServer(caption, chiave);
         mVista = modViste::Crea(*mAmbiente, chiave);
         clsSrvVista* vista = mVista.get();
         connect(vista, &clsSrvVista::ContenutoCambiato, this, [this] {
@@ -381,6 +385,15 @@ void frmConsole::VisualizzaServer(const QString& caption, const QString& chiave)
         });
         connect(vista, &clsSrvVista::Messaggio, this, &frmConsole::MostraMessaggio);
         connect(vista, &clsSrvVista::MostraDocumento, this, &frmConsole::MostraDocumento);
+        connect(vista, &clsSrvVista::OggettoCorrenteCambiato, this, [this] {
+            if (!mVista)
+                return;
+            PxOggettoVista oggetto = mVista->OggettoCorrente();
+            if (oggetto.Collegato)
+                mProprieta->Collegato(std::move(oggetto));
+            else
+                mProprieta->Oggetto(std::move(oggetto));
+        });
         connect(vista, &clsSrvVista::Prova, this, &frmConsole::ApriProva);
         if (auto* catalogo = qobject_cast<clsSrvCatalogo*>(vista))
             connect(catalogo, &clsSrvCatalogo::ProvaOggetto, this, &frmConsole::ApriProvaOggetto);
@@ -390,29 +403,6 @@ void frmConsole::VisualizzaServer(const QString& caption, const QString& chiave)
         vista->Avvia();
         AggiornaConteggi();
     });
-}
-
-QString frmConsole::FileLogDi(const QString& chiave) const
-{
-    PxSrvServer* server = mContesto.Server();
-    if (!server)
-        return {};
-    QString oggetto;
-    const QString base = chiave.section(u'|', 0, 0);
-    if (const modTabellaCartelle::Cartella* c = modTabellaCartelle::Trova(base))
-        oggetto = QString::fromLatin1(c->Servizio);
-    for (const modAlberoServer::Nodo& n : modAlberoServer::Nodi())
-        if (oggetto.isEmpty() && base == QLatin1StringView(n.Chiave))
-            oggetto = QString::fromLatin1(*n.Oggetto ? n.Oggetto : "PxSrvServer");
-    const PxSrvServizio* servizio = server->Servizio(oggetto);
-    if (!servizio)
-        return {};
-    pugi::xml_document doc;
-    servizio->LeggiStato(doc);
-    const QString file = QDir::fromNativeSeparators(QString::fromUtf8(doc.document_element().child_value("FileLog")).trimmed());
-    if (file.isEmpty())
-        return {};
-    return QDir::isAbsolutePath(file) ? file : QDir(server->Cartella()).filePath(file);
 }
 
 void frmConsole::InviaPaginaDiProva(const QStringList& chiaviStampanti)
@@ -621,14 +611,25 @@ void frmConsole::Fotografa()
         if (verde.isValid())
             mxrpContenuto->scrollTo(verde, QAbstractItemView::PositionAtTop);
         salva(this, "console.png");
+        // The sheet of the chosen fax document, once the pane has loaded it.
+        QTimer::singleShot(600, this, [this, salva, vai, &testi] {
+        salva(mProprieta, "proprieta-fax.png");
         vai(202);
         QTimer::singleShot(800, this, [this, salva, vai, &testi] {
             salva(this, "stampe.png");
             // The log pane on a service's log: the fax worker's, which the demo has written.
             vai(219);
             resizeDocks({findChild<QDockWidget*>(QStringLiteral("pnlLog"))}, {330}, Qt::Vertical);
-            QTimer::singleShot(800, this, [this, salva, &testi] {
+            QTimer::singleShot(800, this, [this, salva, vai, &testi] {
                 salva(mLog, "log.png");
+                salva(mProprieta, "proprieta-servizio.png");
+                // A front-page format's sheet.
+                vai(201);
+                QTimer::singleShot(1200, this, [this, salva, &testi] {
+                if (const QModelIndex primo = mModello->index(0, 0); primo.isValid())
+                    mxrpContenuto->setCurrentIndex(primo);
+                QTimer::singleShot(600, this, [this, salva, &testi] {
+                salva(mProprieta, "proprieta-formato.png");
                 // The machine's load, after a few samples.
                 findChild<QDockWidget*>(QStringLiteral("pnlInfoSistema"))->raise();
                 mInfoSistema->resize(mLog->size());
@@ -653,7 +654,10 @@ void frmConsole::Fotografa()
                 chiusura.show();
                 salva(&chiusura, "chiusura.png");
                 close();
+                });
+                });
             });
+        });
         });
     });
 }
@@ -664,7 +668,7 @@ void frmConsole::showEvent(QShowEvent* evento)
     if (std::exchange(mPrimaDisposizione, false)) {
         // The first time, the list gets the room; the panes can be widened by hand.
         resizeDocks({findChild<QDockWidget*>(QStringLiteral("pnlPosizione")), findChild<QDockWidget*>(QStringLiteral("pnlProprieta"))},
-                    {270, 260}, Qt::Horizontal);
+                    {270, 330}, Qt::Horizontal);
         resizeDocks({findChild<QDockWidget*>(QStringLiteral("pnlLog"))}, {140}, Qt::Vertical);
     }
     if (!mCartellaFotografie.isEmpty())

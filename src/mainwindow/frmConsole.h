@@ -19,6 +19,7 @@ class QTreeView;
 class frmInvioProva;
 class frmInfoSistema;
 class frmLog;
+class frmProprieta;
 class frmPosizione;
 
 // The main window: it assembles the panes and owns the content list, one command-bar set and
@@ -85,8 +86,6 @@ private:
     // The test form of a format or signature, preset with it.
     void ApriProvaOggetto(qint32 id, const QString& catalogo, const QString& chiave);
     void MostraProva(frmInvioProva* modulo);
-    // The log file of the service behind node `chiave`, from its state; "" when none.
-    QString FileLogDi(const QString& chiave) const;
     void PreparaMenuRaggruppa();
 
     void Fotografa();
@@ -104,6 +103,7 @@ private:
     std::unique_ptr<clsSrvVista> mVista;
     QHash<int, QAction*> mComandi;
     frmLog* mLog;
+    frmProprieta* mProprieta;
     frmInfoSistema* mInfoSistema;
     QLabel* mConteggi;
     QLabel* mAttesa;

@@ -327,6 +327,27 @@ void clsSrvCartella::InviaCompresso()
     });
 }
 
+PxOggettoVista clsSrvCartella::OggettoCorrente() const
+{
+    const QModelIndex i = mAmbiente.Lista.selectionModel()->currentIndex();
+    if (!i.isValid() || !mCartella)
+        return {};
+    PxOggettoVista o;
+    o.Chiave = ChiaveCorrente();
+    if (o.Chiave.isEmpty() && !i.data(PxModelloContenuto::RuoloGruppo).toBool() && i.parent().isValid()) {
+        // A linked document's row: its id is its first cell.
+        o.Chiave = i.siblingAtColumn(0).data().toString();
+        o.Collegato = true;
+    }
+    if (o.Chiave.isEmpty())
+        return {};
+    o.Descrizione = [cartella = mCartella, id = o.Chiave](QObject* richiedente, PxSrvOggetto::Esito fatto) {
+        if (cartella)
+            cartella->Documento(id, richiedente, std::move(fatto));
+    };
+    return o;
+}
+
 void clsSrvCartella::VisualizzaDocumento()
 {
     modTraccia::Proteggi("VisualizzaDocumento", [&] {

@@ -28,6 +28,7 @@ public:
     void AbilitaPulsanti(bool abilita) override;
     void Esegui(int id) override;
     void Attiva() override;
+    PxOggettoVista OggettoCorrente() const override;
 
     // Whether a full listing keeps queue `coda` (a queue without a toggle is kept; the
     // optional queue only when the server runs it and its toggle is checked).

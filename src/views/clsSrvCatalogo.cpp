@@ -10,6 +10,8 @@
 #include "modElenco.h"
 #include "modTraccia.h"
 
+#include <QPointer>
+
 #include <pugixml.hpp>
 
 clsSrvCatalogo::clsSrvCatalogo(PxAmbienteVista& ambiente, const QString& chiave, const QString& oggetto, QObject* parent)
@@ -49,6 +51,18 @@ void clsSrvCatalogo::Esegui(int id)
 {
     if ((id == 5310 || id == 5311) && NumeroSelezionati() == 1)
         emit ProvaOggetto(id, mOggetto, ChiaviSelezionate().first());
+}
+
+PxOggettoVista clsSrvCatalogo::OggettoCorrente() const
+{
+    PxSrvCatalogo* catalogo = mContesto.Server() ? mContesto.Server()->Catalogo(mOggetto) : nullptr;
+    const QString chiave = ChiaveCorrente();
+    if (!catalogo || chiave.isEmpty())
+        return {};
+    return {chiave, false, [catalogo = QPointer<PxSrvCatalogo>(catalogo), chiave](QObject* richiedente, PxSrvOggetto::Esito fatto) {
+                if (catalogo)
+                    catalogo->Oggetto(chiave, richiedente, std::move(fatto));
+            }};
 }
 
 void clsSrvCatalogo::AggiornaContenuto()

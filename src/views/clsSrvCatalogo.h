@@ -20,6 +20,7 @@ public:
     void mobjBkgXmlEventi_XmlCallBack(const QByteArray& xml);
     void AbilitaPulsanti(bool abilita) override;
     void Esegui(int id) override;
+    PxOggettoVista OggettoCorrente() const override;
 
 signals:
     // The test form of `id` (5310 e-mail, 5311 fax) for the object `chiave` of catalogue `catalogo`.

@@ -32,6 +32,7 @@ clsSrvVista::clsSrvVista(PxAmbienteVista& ambiente, QString chiave, QString vers
 {
     QTreeView& lista = mAmbiente.Lista;
     connect(lista.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { emit ContenutoCambiato(); });
+    connect(lista.selectionModel(), &QItemSelectionModel::currentChanged, this, [this] { emit OggettoCorrenteCambiato(); });
     connect(&mAmbiente.Modello, &QAbstractItemModel::modelReset, this, [this] { emit ContenutoCambiato(); });
     connect(&mAmbiente.Modello, &QAbstractItemModel::rowsInserted, this, [this](const QModelIndex& genitore) {
         if (!genitore.isValid())

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "PxModelloContenuto.h"
+#include "PxSrvOggetto.h"
 
 #include <QByteArray>
 #include <QObject>
@@ -14,6 +15,16 @@ class PxBarraComandi;
 class PxContesto;
 class QTreeView;
 namespace pugi { class xml_node; }
+
+// An object a row stands for (a document, format or signature): its key and how to ask the
+// server for its description. Invalid when the row stands for nothing with a sheet.
+struct PxOggettoVista
+{
+    QString Chiave;
+    bool Collegato = false; // a document linked to the row's document
+    std::function<void(QObject* richiedente, PxSrvOggetto::Esito fatto)> Descrizione;
+    bool Valido() const { return static_cast<bool>(Descrizione); }
+};
 
 // What the main window lends the live view: the content list, its model and the command bars.
 struct PxAmbienteVista
@@ -71,6 +82,8 @@ public:
     QString CreaXmlSelezione() const;
     // The key of the focused row ("" when none).
     QString ChiaveCorrente() const;
+    // The object of the focused row (a linked document's row included).
+    virtual PxOggettoVista OggettoCorrente() const { return {}; }
 
     // Holds the rows still: what the server sends is kept and applied on release.
     void Blocca(bool bloccata);
@@ -90,6 +103,8 @@ signals:
     void InAttesaCambiata(qsizetype numero);
     // Something the operator must read (a refused command, an unreachable server).
     void Messaggio(const QString& testo);
+    // The focused row changed: the property pane shows its object (OggettoCorrente).
+    void OggettoCorrenteCambiato();
     // A document object to show (its XML description).
     void MostraDocumento(const QString& xml);
     // The operator asked for the test form of command `id` (5310-5314).

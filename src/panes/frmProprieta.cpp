@@ -1,0 +1,521 @@
+#include "frmProprieta.h"
+
+#include "PxConsoleResDll.h"
+#include "PxContesto.h"
+#include "PxIconResource.h"
+#include "PxImmagini.h"
+#include "PxModelloProprieta.h"
+#include "PxSrvServer.h"
+#include "PxSrvServizio.h"
+#include "frmLog.h"
+#include "modAlberoServer.h"
+#include "modApri.h"
+#include "modSchede.h"
+#include "modTabellaCartelle.h"
+#include "modTraccia.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QStyledItemDelegate>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+#include <pugixml.hpp>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// How often an object's description is asked again while it stays selected; the service sheets
+// are local copies and refresh on every tick.
+constexpr qint64 IntervalloDescrizione = 1000;
+
+// The value column with a small button on the items that have something to open.
+class PxDelegatoAzione : public QStyledItemDelegate
+{
+public:
+    PxDelegatoAzione(std::function<void(const QModelIndex&)> premuto, QObject* parent)
+        : QStyledItemDelegate(parent), mPremuto(std::move(premuto))
+    {
+    }
+
+    static bool HaAzione(const QModelIndex& i)
+    {
+        return i.column() == 1
+            && !frmProprieta::TestoAzione(i.data(PxModelloProprieta::RuoloAzione).toInt(),
+                                          i.data(PxModelloProprieta::RuoloValoreIntero).toString(),
+                                          i.data(PxModelloProprieta::RuoloSecondo).toString())
+                    .isEmpty();
+    }
+
+    static QRect Pulsante(const QStyleOptionViewItem& opzione)
+    {
+        const int lato = opzione.rect.height();
+        return {opzione.rect.right() - lato + 1, opzione.rect.top(), lato, lato};
+    }
+
+    void paint(QPainter* pittore, const QStyleOptionViewItem& opzione, const QModelIndex& i) const override
+    {
+        if (!HaAzione(i)) {
+            QStyledItemDelegate::paint(pittore, opzione, i);
+            return;
+        }
+        QStyleOptionViewItem testo = opzione;
+        testo.rect.setRight(Pulsante(opzione).left() - 2);
+        QStyledItemDelegate::paint(pittore, testo, i);
+        QStyleOptionButton pulsante;
+        pulsante.rect = Pulsante(opzione).adjusted(1, 1, -1, -1);
+        pulsante.text = QStringLiteral("…");
+        pulsante.state = QStyle::State_Enabled | QStyle::State_Raised;
+        const QWidget* w = opzione.widget;
+        (w ? w->style() : QApplication::style())->drawControl(QStyle::CE_PushButton, &pulsante, pittore, w);
+    }
+
+    bool editorEvent(QEvent* evento, QAbstractItemModel* modello, const QStyleOptionViewItem& opzione,
+                     const QModelIndex& i) override
+    {
+        if (evento->type() == QEvent::MouseButtonRelease && HaAzione(i)
+            && Pulsante(opzione).contains(static_cast<QMouseEvent*>(evento)->position().toPoint())) {
+            mPremuto(i);
+            return true;
+        }
+        return QStyledItemDelegate::editorEvent(evento, modello, opzione, i);
+    }
+
+private:
+    std::function<void(const QModelIndex&)> mPremuto;
+};
+
+// The loaders in the order the kinds are tested; `Corpo`: the kind has a body and a script to show.
+struct Caricatore
+{
+    const char* Tipo;
+    void (frmProprieta::*Carica)(const pugi::xml_node&);
+    bool Corpo;
+    bool Collegabile; // a linked document of this kind is refreshed on the second timer
+};
+
+constexpr Caricatore Caricatori[] = {
+    {"Stampa", &frmProprieta::CaricaProprietaDocStampa, true, true},
+    {"Fax", &frmProprieta::CaricaProprietaDocFax, false, false},
+    {"Email", &frmProprieta::CaricaProprietaDocEmail, false, true},
+    {"PFax", &frmProprieta::CaricaProprietaDocPFax, false, false},
+    {"Anteprima", &frmProprieta::CaricaProprietaDocAnterpima, true, true},
+    {"Pbl", &frmProprieta::CaricaProprietaDocPbl, true, false},
+    {"EFax", &frmProprieta::CaricaProprietaDocEFax, true, false},
+    {"Fronte", &frmProprieta::CaricaProprietaFormatoFronte, false, false},
+    {"Retro", &frmProprieta::CaricaProprietaFormatoRetro, false, false},
+    {"Frontespizio", &frmProprieta::CaricaProprietaFormatoFrontespizio, false, false},
+    {"Firma", &frmProprieta::CaricaProprietaFirmaEmail, false, false},
+};
+
+const modAlberoServer::Nodo* RigaAlbero(const QString& codice)
+{
+    for (const modAlberoServer::Nodo& n : modAlberoServer::Nodi())
+        if (codice == QLatin1StringView(n.Chiave))
+            return &n;
+    return nullptr;
+}
+
+} // namespace
+
+frmProprieta::frmProprieta(PxContesto& contesto, QWidget* parent)
+    : QWidget(parent), mContesto(contesto), mIcona(new QLabel(this)), mTitolo(new QLabel(this)),
+      mxpgProprieta(new QTreeView(this)), mModello(new PxModelloProprieta(contesto.Testi(), this))
+{
+    setObjectName(QStringLiteral("frmProprieta"));
+    mxpgProprieta->setObjectName(QStringLiteral("mxpgProprieta"));
+    mxpgProprieta->setModel(mModello);
+    mxpgProprieta->setHeaderHidden(true);
+    mxpgProprieta->setAlternatingRowColors(true);
+    mxpgProprieta->setUniformRowHeights(true);
+    mxpgProprieta->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    mxpgProprieta->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    mxpgProprieta->setSelectionBehavior(QAbstractItemView::SelectRows);
+    mxpgProprieta->setTextElideMode(Qt::ElideRight);
+    mxpgProprieta->header()->setStretchLastSection(true);
+    mxpgProprieta->header()->setSectionResizeMode(0, QHeaderView::Interactive);
+    mxpgProprieta->setColumnWidth(0, 220);
+    mxpgProprieta->setItemDelegate(new PxDelegatoAzione([this](const QModelIndex& i) { Esegui(i); }, this));
+
+    auto* copia = new QAction(mContesto.Testi().LoadDllString(8047), this);
+    copia->setShortcut(QKeySequence::Copy);
+    copia->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    connect(copia, &QAction::triggered, this, &frmProprieta::Copia);
+    auto* apri = new QAction(mContesto.Testi().LoadDllString(8048), this);
+    apri->setShortcuts({QKeySequence(Qt::Key_F4), QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Enter)});
+    apri->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    connect(apri, &QAction::triggered, this, [this] { Esegui(mxpgProprieta->currentIndex().siblingAtColumn(1)); });
+    mxpgProprieta->addAction(copia);
+    mxpgProprieta->addAction(apri);
+    mxpgProprieta->setContextMenuPolicy(Qt::ActionsContextMenu);
+
+    mTitolo->setTextFormat(Qt::PlainText);
+    auto* testata = new QHBoxLayout;
+    testata->setContentsMargins(4, 2, 4, 2);
+    testata->addWidget(mIcona);
+    testata->addWidget(mTitolo, 1);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addLayout(testata);
+    layout->addWidget(mxpgProprieta);
+
+    mobjTimerProprieta.setInterval(100);
+    mobjTimerCollegato.setInterval(100);
+    connect(&mobjTimerProprieta, &QTimer::timeout, this, &frmProprieta::mobjTimerProprieta_TimerEvent);
+    connect(&mobjTimerCollegato, &QTimer::timeout, this, &frmProprieta::mobjTimerCollegato_TimerEvent);
+}
+
+frmProprieta::~frmProprieta()
+{
+    mobjTimerProprieta.stop();
+    mobjTimerCollegato.stop();
+}
+
+int frmProprieta::IconWidth() const { return mIcona->pixmap().isNull() ? 0 : mIcona->pixmap().width(); }
+
+int frmProprieta::LayoutVisualizzato() const { return mModello->Layout(); }
+
+void frmProprieta::Oggetto(Riferimento oggetto)
+{
+    mobjTimerProprieta.stop();
+    ++mGenerazione;
+    mInAttesa = false;
+    mUltimaRisposta = 0;
+    mOggetto = std::move(oggetto);
+    mCollegato = {};
+    mobjTimerCollegato.stop();
+    if (!mOggetto.Valido() && mServerVisualizzato.isEmpty())
+        FileLog({});
+    mobjTimerProprieta.start();
+}
+
+void frmProprieta::Collegato(Riferimento collegato)
+{
+    mCollegato = std::move(collegato);
+    ++mGenerazione;
+    mInAttesa = false;
+    mUltimaRisposta = 0;
+    if (mCollegato.Valido()) {
+        // The linked document takes over the sheet until the selection changes.
+        mobjTimerProprieta.stop();
+        mobjTimerCollegato.start();
+    } else {
+        mobjTimerCollegato.stop();
+        mobjTimerProprieta.start();
+    }
+}
+
+void frmProprieta::VisualizzaServer(const QString& caption, const QString& chiave)
+{
+    mServerVisualizzato = chiave;
+    mCaptionVisualizzata = caption;
+    mTitolo->setText(caption);
+    Oggetto({});
+}
+
+void frmProprieta::FileLog(const QString& nome)
+{
+    if (nome == mFileLog)
+        return;
+    mFileLog = nome;
+    if (mLog)
+        mLog->CaricaLog(nome);
+}
+
+void frmProprieta::PulisciLayout()
+{
+    mModello->Pulisci();
+    mStatoMostrato = -1;
+}
+
+void frmProprieta::mobjTimerProprieta_TimerEvent()
+{
+    modTraccia::Proteggi("mobjTimerProprieta_TimerEvent", [&] {
+        if (!mOggetto.Valido()) {
+            RiempiServizio();
+            PulisciCorpo();
+            PulisciScript();
+            return;
+        }
+        const qint64 adesso = QDateTime::currentMSecsSinceEpoch();
+        if (mInAttesa || (mUltimaRisposta && adesso - mUltimaRisposta < IntervalloDescrizione))
+            return;
+        ChiediDescrizione(mOggetto, false);
+    });
+}
+
+void frmProprieta::mobjTimerCollegato_TimerEvent()
+{
+    modTraccia::Proteggi("mobjTimerCollegato_TimerEvent", [&] {
+        const qint64 adesso = QDateTime::currentMSecsSinceEpoch();
+        if (!mCollegato.Valido() || mInAttesa || (mUltimaRisposta && adesso - mUltimaRisposta < IntervalloDescrizione))
+            return;
+        ChiediDescrizione(mCollegato, true);
+    });
+}
+
+void frmProprieta::ChiediDescrizione(const Riferimento& r, bool collegato)
+{
+    mInAttesa = true;
+    const quint64 generazione = mGenerazione;
+    r.Descrizione(this, [this, generazione, collegato](const PxRisposta& risposta) {
+        if (generazione != mGenerazione)
+            return; // asked for an object no longer selected
+        mInAttesa = false;
+        mUltimaRisposta = QDateTime::currentMSecsSinceEpoch();
+        modTraccia::Proteggi("frmProprieta_Descrizione", [&] {
+            if (!risposta.Riuscita()) {
+                modTraccia::Scrivi(2, QStringLiteral("frmProprieta: ") + risposta.Testo);
+                return;
+            }
+            pugi::xml_document doc;
+            const QByteArray xml = risposta.Testo.toUtf8();
+            if (!doc.load_buffer(xml.constData(), static_cast<size_t>(xml.size()), pugi::parse_default | pugi::parse_ws_pcdata_single,
+                                 pugi::encoding_utf8))
+                return;
+            Descrivi(doc, collegato);
+        });
+    });
+}
+
+void frmProprieta::Descrivi(const pugi::xml_document& doc, bool collegato)
+{
+    const pugi::xml_node radice = doc.document_element();
+    const char* tipo = radice.attribute("Tipo") ? radice.attribute("Tipo").value() : radice.attribute("Genere").value();
+    for (const Caricatore& c : Caricatori) {
+        if (std::string_view(tipo) != c.Tipo || (collegato && !c.Collegabile))
+            continue;
+        mTitolo->setText(QString::fromUtf8(radice.attribute("Id") ? radice.attribute("Id").value() : radice.child("Proprieta").child_value("Key")));
+        mIcona->clear();
+        mIconaVisualizzata = 0;
+        (this->*c.Carica)(radice);
+        if (c.Corpo) {
+            CaricaCorpo(radice.child("Proprieta"));
+            CaricaScript(radice.child("Proprieta"));
+        }
+        return;
+    }
+}
+
+void frmProprieta::Carica(int layout, const pugi::xml_node& oggetto)
+{
+    if (LayoutVisualizzato() != layout) {
+        PulisciLayout();
+        mModello->Costruisci(layout, {});
+        Espandi();
+    }
+    const pugi::xml_node proprieta = oggetto.child("Proprieta");
+    QString log = QDir::fromNativeSeparators(QString::fromUtf8(proprieta.child_value("FileLog")).trimmed());
+    if (!log.isEmpty() && QDir::isRelativePath(log) && mContesto.Server())
+        log = QDir(mContesto.Server()->Cartella()).filePath(log);
+    FileLog(log);
+    mxpgProprieta->setUpdatesEnabled(false);
+    mModello->Riempi(proprieta);
+    mxpgProprieta->setUpdatesEnabled(true);
+    emit Caricato(layout);
+}
+
+void frmProprieta::Espandi()
+{
+    // Every group starts open; the captions get the room they need, up to 60% of the width.
+    mxpgProprieta->expandAll();
+    mxpgProprieta->resizeColumnToContents(0);
+    const int massimo = mxpgProprieta->viewport()->width() * 3 / 5;
+    if (massimo > 0 && mxpgProprieta->columnWidth(0) > massimo)
+        mxpgProprieta->setColumnWidth(0, massimo);
+}
+
+void frmProprieta::CaricaProprietaDocStampa(const pugi::xml_node& oggetto) { Carica(40, oggetto); }
+void frmProprieta::CaricaProprietaDocEmail(const pugi::xml_node& oggetto) { Carica(41, oggetto); }
+void frmProprieta::CaricaProprietaDocFax(const pugi::xml_node& oggetto) { Carica(42, oggetto); }
+void frmProprieta::CaricaProprietaDocPFax(const pugi::xml_node& oggetto) { Carica(44, oggetto); }
+void frmProprieta::CaricaProprietaDocEFax(const pugi::xml_node& oggetto) { Carica(45, oggetto); }
+void frmProprieta::CaricaProprietaFormatoFronte(const pugi::xml_node& oggetto) { Carica(46, oggetto); }
+void frmProprieta::CaricaProprietaFormatoRetro(const pugi::xml_node& oggetto) { Carica(47, oggetto); }
+void frmProprieta::CaricaProprietaFormatoFrontespizio(const pugi::xml_node& oggetto) { Carica(48, oggetto); }
+void frmProprieta::CaricaProprietaFirmaEmail(const pugi::xml_node& oggetto) { Carica(49, oggetto); }
+void frmProprieta::CaricaProprietaDocAnterpima(const pugi::xml_node& oggetto) { Carica(39, oggetto); }
+void frmProprieta::CaricaProprietaDocPbl(const pugi::xml_node& oggetto) { Carica(43, oggetto); }
+
+PxSrvServizio* frmProprieta::ServizioVisualizzato() const
+{
+    PxSrvServer* server = mContesto.Server();
+    const modAlberoServer::Nodo* riga = RigaAlbero(mServerVisualizzato.section(u'|', 0, 0));
+    if (!server || !riga)
+        return nullptr;
+    return server->Servizio(QString::fromLatin1(*riga->Oggetto ? riga->Oggetto : "PxSrvServer"));
+}
+
+void frmProprieta::RiempiServizio()
+{
+    const QString codice = mServerVisualizzato.section(u'|', 0, 0);
+    const modSchede::Layout* layout = modSchede::DelCodice(codice);
+    const modAlberoServer::Nodo* riga = RigaAlbero(codice);
+    PxSrvServizio* servizio = ServizioVisualizzato();
+    if (!layout || !riga || !servizio) {
+        PulisciLayout();
+        return;
+    }
+    pugi::xml_document doc;
+    servizio->LeggiStato(doc);
+    pugi::xml_node base = doc.document_element();
+    if (riga->Tipo == modAlberoServer::Genere::Elenco) {
+        // A printer, client or FTP client: its entry in the owner's list.
+        const QByteArray voce = mServerVisualizzato.section(u'|', 1).toUtf8();
+        pugi::xml_node trovata;
+        for (const pugi::xml_node e : base.child(riga->Elenco).children())
+            if (voce == e.child_value(riga->ElementoChiave)) {
+                trovata = e;
+                break;
+            }
+        base = trovata;
+    }
+    const qint32 icona = riga->Icona && base ? (mContesto.Icone().*riga->Icona)(base) : 0;
+    if (icona != mIconaVisualizzata || mIcona->pixmap().isNull()) {
+        mIconaVisualizzata = icona;
+        mIcona->setPixmap(PxImmagini::Istanza().Icona(icona).pixmap(16, 16));
+    }
+    if (LayoutVisualizzato() != layout->Numero) {
+        PulisciLayout();
+        mModello->Costruisci(layout->Numero, mCaptionVisualizzata);
+        Espandi();
+    } else {
+        mModello->ImpostaCategoria(mCaptionVisualizzata);
+    }
+    mTitolo->setText(mCaptionVisualizzata);
+    ImpostaStato(base.child("Stato").child("Codice").text().as_int(-1));
+    QString log = QString::fromUtf8(base.child_value("FileLog")).trimmed();
+    if (log.isEmpty())
+        if (const modTabellaCartelle::Cartella* c = modTabellaCartelle::Trova(codice))
+            if (PxSrvServizio* proprietario = mContesto.Server()->Servizio(QString::fromLatin1(c->Servizio))) {
+                // A folder's log is its service's.
+                pugi::xml_document stato;
+                proprietario->LeggiStato(stato);
+                log = QString::fromUtf8(stato.document_element().child_value("FileLog")).trimmed();
+            }
+    log = QDir::fromNativeSeparators(log);
+    if (!log.isEmpty() && QDir::isRelativePath(log))
+        log = QDir(mContesto.Server()->Cartella()).filePath(log);
+    FileLog(log);
+    mxpgProprieta->setUpdatesEnabled(false);
+    mModello->Riempi(base);
+    mxpgProprieta->setUpdatesEnabled(true);
+    emit Caricato(layout->Numero);
+}
+
+void frmProprieta::ImpostaStato(int codice)
+{
+    if (codice == mStatoMostrato)
+        return;
+    mStatoMostrato = codice;
+    switch (codice) {
+    case 4: mModello->ImpostaColore(1, QColor(0, 192, 0)); break;
+    case 2: mModello->ImpostaColore(1, QColor(255, 0, 0)); break;
+    case 8: break; // its own branch: the commands change, the colour does not
+    default: mModello->ImpostaColore(1, QColor(0, 0, 255)); break;
+    }
+    emit StatoServizioCambiato(codice);
+}
+
+void frmProprieta::AvviaServizio()
+{
+    if (PxSrvServizio* s = ServizioVisualizzato())
+        s->Avvia(this, [this](const PxRisposta& r) {
+            if (!r.Riuscita())
+                emit Messaggio(r.Testo);
+        });
+}
+
+void frmProprieta::SospendiServizio()
+{
+    if (PxSrvServizio* s = ServizioVisualizzato())
+        s->Sospendi(this, [this](const PxRisposta& r) {
+            if (!r.Riuscita())
+                emit Messaggio(r.Testo);
+        });
+}
+
+void frmProprieta::InfoDescrizione()
+{
+    if (!mOggetto.Valido())
+        RiempiServizio();
+}
+
+void frmProprieta::AggiornaInformazioniClasseVisualizzata()
+{
+    mStatoMostrato = -1; // the colour and the commands are set again
+    InfoDescrizione();
+}
+
+QString frmProprieta::TestoAzione(int azione, const QString& valore, const QString& secondo)
+{
+    switch (azione) {
+    case modSchede::Percorso:
+    case modSchede::FileLog: return valore.trimmed();
+    case modSchede::PercorsoFile:
+    case modSchede::FileLog2: return secondo.trimmed();
+    default: return {};
+    }
+}
+
+void frmProprieta::Esegui(const QModelIndex& indice)
+{
+    modTraccia::Proteggi("frmProprieta_Esegui", [&] {
+        const QModelIndex i = indice.siblingAtColumn(1);
+        QString testo = TestoAzione(i.data(PxModelloProprieta::RuoloAzione).toInt(),
+                                    i.data(PxModelloProprieta::RuoloValoreIntero).toString(),
+                                    i.data(PxModelloProprieta::RuoloSecondo).toString());
+        PxSrvServer* server = mContesto.Server();
+        if (testo.isEmpty() || !server)
+            return;
+        testo = QDir::fromNativeSeparators(testo);
+        if (QDir::isRelativePath(testo))
+            testo = QDir(server->Cartella()).filePath(testo);
+        static const QStringList Estensioni = {u"log"_s, u"txt"_s, u"pdf"_s, u"tif"_s, u"tiff"_s, u"xml"_s,
+                                               u"bpx"_s, u"spx"_s, u"hpx"_s};
+        const bool cartella = QFileInfo(testo).isDir();
+        const modApri::Motivo motivo = modApri::Apri(testo, server->Cartella(), cartella, Estensioni);
+        if (motivo != modApri::Consentito)
+            emit Messaggio(mContesto.Testi().LoadDllString(motivo) + QStringLiteral(": ") + testo);
+    });
+}
+
+void frmProprieta::Copia()
+{
+    QStringList valori;
+    const QModelIndexList righe = mxpgProprieta->selectionModel()->selectedRows(1);
+    for (const QModelIndex& i : righe)
+        valori << i.data(PxModelloProprieta::RuoloValoreIntero).toString();
+    if (!valori.isEmpty())
+        QApplication::clipboard()->setText(valori.join(u'\n'));
+}
+
+void frmProprieta::CaricaCorpo(const pugi::xml_node& proprieta)
+{
+    const QString corpo = QString::fromUtf8(proprieta.child("FileCorpo").child_value("Nome"));
+    if (corpo == mCorpoNotato)
+        return;
+    mCorpoNotato = corpo;
+    modTraccia::Scrivi(3, QStringLiteral("frmProprieta: visualizzatore del corpo non disponibile (") + corpo + u')');
+}
+
+void frmProprieta::CaricaScript(const pugi::xml_node& proprieta)
+{
+    (void)proprieta; // the script viewer comes with the body viewer
+}
+
+void frmProprieta::PulisciCorpo() { mCorpoNotato.clear(); }
+
+void frmProprieta::PulisciScript() {}
