@@ -5,6 +5,8 @@ namespace modCatalogo {
 namespace {
 using enum Genere;
 constexpr VoceServizio Catalogo[] = {
+    // The server itself: its state and settings, for the root of the console's tree.
+    {"PxSrvServer", "", Servizio, "Server"},
     {"PxSrvFormati", "", Servizio, "Formati immagini"},
     {"PxSrvFirme", "", Servizio, "Firme"},
     {"PxSrvAnteprime", "", Servizio, "Anteprime"},

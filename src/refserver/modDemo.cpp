@@ -87,7 +87,10 @@ QString StoricoLog(const QString& cartella)
             else
                 testo += modRigaLog::Formatta(i % 3 ? modRigaLog::LivelloInformazione : modRigaLog::LivelloDettaglio, ora,
                                               QStringLiteral("Documento %1 ").arg(numero)
-                                                  + QString::fromLatin1(v.Cosa).arg(7654321 - i).arg(1 + i % 5).arg(20 + i % 40));
+                                                  + QString::fromLatin1(v.Cosa)
+                                                        .replace(QStringLiteral("%1"), QString::number(7654321 - i))
+                                                        .replace(QStringLiteral("%2"), QString::number(1 + i % 5))
+                                                        .replace(QStringLiteral("%3"), QString::number(20 + i % 40)));
         }
         QFile file(QDir(RefServer::CartellaLog(cartella)).filePath(QString::fromLatin1(v.Chiave) + QStringLiteral(".log")));
         if (!file.open(QIODevice::WriteOnly) || file.write(testo) != testo.size() || !file.flush())

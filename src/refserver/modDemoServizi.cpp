@@ -46,6 +46,11 @@ constexpr Valore DocEFax[] = {
 constexpr Valore DocPbl[] = {
     {"Pbl/TimeOut/Pubblicati", "43200"}, {"Pbl/TimeOut/Respinti", "10080"}, {"Pbl/TimeOut/Scartati", "20160"}};
 
+constexpr Valore Server[] = {{"LinguaPredefinita", "Italiano"},
+                             {"ArchiviaEliminati", "True"},
+                             {"StampantiInutilizzabili/RimuoviAutomaticamente", "False"},
+                             {"StampantiInutilizzabili/RimuoviDopoGiorni", "30"}};
+
 constexpr Valore Formati[] = {{"SrvFormati/PubblicazioneDatabase", "202611201730"}};
 constexpr Valore Firme[] = {{"PubblicazioneDatabase", "202611181245"}};
 
@@ -76,6 +81,7 @@ constexpr Valore Anteprime[] = {
 constexpr Valore Stampe[] = {
     {"AvvioStampantiMultiplo", "True"},
     {"MaxJobsOpened", "8"},
+    {"JobsAperti", "0"},
     {"PercorsoTxtOutput", "D:\\Pelorix\\Pubblicazione\\Txt"},
     {"PercorsoPdfOutput", "D:\\Pelorix\\Pubblicazione\\Pdf"},
     {"PercorsoPdf", "D:\\Pelorix\\PortaPdf\\Stampe"},
@@ -102,6 +108,7 @@ constexpr Valore Smtp[] = {
     {"Notifica/NomeVisualizzatoAmministratore", "Amministratore Pelorix"},
     {"Notifica/IndirizzoEmailAmministratore", "pelorix.admin@azienda.it"},
     {"Notifica/DescrizioneNotificaEsitoAmministratore", "Solo respinti"},
+    {"Plugin/ConfermaLettura", "Attivo"},
     {"IntervalloTrasmissione", "2"},
     {"PausaSocketError", "30"},
     {"NumeroTentativiInvio", "3"},
@@ -225,6 +232,7 @@ constexpr Valore WebUpdate[] = {{"VersioneInstallataEstesa", "5.8.2.1140"},
                                 {"VersioneAggiornamentoQorvMsp", "5.8.3.1152"}};
 
 constexpr Configurazione Configurazioni[] = {
+    {"PxSrvServer", Server},
     {"PxSrvFormati", Formati},         {"PxSrvFirme", Firme},          {"PxSrvAnteprime", Anteprime},
     {"PxSrvDocAnteprime", DocAnteprime}, {"PxSrvStampe", Stampe},      {"PxSrvDocStampe", DocStampe},
     {"PxSrvEmail", Email},             {"PxSrvDocEmail", DocEmail},    {"PxSrvSmtp", Smtp},
@@ -335,6 +343,15 @@ void Stato(pugi::xml_node padre, int codice, const char* descrizione = nullptr)
         Testo(s, "Descrizione", modCatalogo::DescrizioneStato(codice).toUtf8().constData());
 }
 
+// What a list entry (printer, client, FTP client) is doing, and its last error (none).
+void AttivitaErrore(pugi::xml_node padre, const char* attivita)
+{
+    Testo(padre.append_child("Attivita"), "Descrizione", attivita);
+    pugi::xml_node errore = padre.append_child("Errore");
+    Numero(errore, "Codice", 0);
+    Testo(errore, "Descrizione", "");
+}
+
 void InfoStampante(pugi::xml_node padre, const char* nome, const char* driver, const char* porta, int attributi,
                    bool utilizzabile, const char* ipPing)
 {
@@ -370,6 +387,7 @@ void ElencoStampanti(pugi::xml_node radice)
         Numero(modello, "Codice", s.Modello);
         Testo(modello, "Descrizione", s.ModelloDescrizione);
         Stato(n, s.Stato);
+        AttivitaErrore(n, s.Stato == modCatalogo::StatoInFunzione ? "In attesa di documenti" : "");
         InfoStampante(n, s.Nome, s.Driver, s.Porta, s.Attributi, s.Utilizzabile, s.IpPing);
         Booleano(n, "FronteRetro", s.FronteRetro);
         Booleano(n, "Colore", s.Colore);
@@ -380,6 +398,7 @@ void ElencoStampanti(pugi::xml_node radice)
         Numero(n, "ApiError", 0);
         Numero(n, "ProcessId", 5120 + 4 * numero);
         Testo(n, "PercorsoFileOutput", "D:\\Pelorix\\Stampe\\File");
+        Testo(n, "PercorsoPdfOutput", "D:\\Pelorix\\Pubblicazione\\Pdf");
         Testo(n, "PercorsoPdf", "D:\\Pelorix\\PortaPdf\\Stampe");
         Numero(n, "TimeOutPdf", 120);
         pugi::xml_node margini = n.append_child("Margini");
@@ -420,6 +439,7 @@ void ElencoUtenti(pugi::xml_node radice)
         Testo(n, "Utente", c.Utente);
         Numero(n, "ProcessId", c.Pid);
         Stato(n, c.Stato);
+        AttivitaErrore(n, connesso ? "Collegato" : "In attesa di autenticazione");
         pugi::xml_node tcp = n.append_child("TcpConnessione");
         Stato(tcp, c.StatoTcp, connesso ? "Connesso" : "In attesa di autenticazione");
         Testo(tcp.append_child("Attivita"), "Descrizione", connesso ? "In attesa di richieste" : "Autenticazione");
@@ -464,6 +484,7 @@ void ElencoClientiFtp(pugi::xml_node radice)
         Testo(n, "Ip", c.Ip);
         Numero(n, "Key", k++);
         Stato(n, modCatalogo::StatoInFunzione);
+        AttivitaErrore(n, c.Connessione);
         Testo(n, "ConnessioneStato", c.Connessione);
         Booleano(n, "Passive", c.Passivo);
         pugi::xml_node proxy = n.append_child("Proxy");

@@ -594,7 +594,7 @@ void ScriviDiretta(const Contesto& c)
     Metti(n, "FinePagina", SiNo(c.Scelta("FinePagina", 2) != 0));
     Metti(n, "FoglioBianco", SiNo(c.Scelta("FoglioBianco", 2) != 0));
     MettiNumero(n, "RigheBianche", c.Scelta("RigheBianche", 4));
-    ScriviCatalogo(c.P, "CatalogoDestinazione", c.Scelta("CatalogoDestinazione", 2) ? CatalogoPcl : CatalogoEscP);
+    ScriviCatalogo(n, "CatalogoDestinazione", c.Scelta("CatalogoDestinazione", 2) ? CatalogoPcl : CatalogoEscP);
 }
 
 void ScriviBlocco(const Contesto& c, Blocco b)

@@ -152,8 +152,8 @@ TEST(modProprieta, ValuesAreInTheServersFormats)
     EXPECT_EQ(Valore(p, "Coda/DataInserimento"), u"05/03/2024 09:15:30"_s);
     EXPECT_EQ(Valore(p, "CatalogoSorgente/StrAscGrassettoOn"), u"027;069;"_s);
     const QRegularExpression codici(u"^(\\d{3};)*$"_s);
-    for (const char* catalogo : {"CatalogoSorgente", "CatalogoDestinazione"})
-        for (const pugi::xml_node n : p.child(catalogo).children())
+    for (const char* catalogo : {"CatalogoSorgente", "Diretta/CatalogoDestinazione"})
+        for (const pugi::xml_node n : p.first_element_by_path(catalogo).children())
             EXPECT_TRUE(codici.match(QString::fromUtf8(n.child_value())).hasMatch()) << n.name();
     EXPECT_EQ(std::distance(p.child("Collegati").begin(), p.child("Collegati").end()), 2) << "not on this sheet, kept";
 
