@@ -311,11 +311,8 @@ void frmProprieta::Descrivi(const pugi::xml_document& doc, bool collegato)
 
 void frmProprieta::Carica(int layout, const pugi::xml_node& oggetto)
 {
-    if (LayoutVisualizzato() != layout) {
-        PulisciLayout();
-        mModello->Costruisci(layout, {});
-        Espandi();
-    }
+    if (LayoutVisualizzato() != layout)
+        Costruisci(layout, {});
     const pugi::xml_node proprieta = oggetto.child("Proprieta");
     QString log = QDir::fromNativeSeparators(QString::fromUtf8(proprieta.child_value("FileLog")).trimmed());
     if (!log.isEmpty() && QDir::isRelativePath(log) && mContesto.Server())
@@ -327,8 +324,10 @@ void frmProprieta::Carica(int layout, const pugi::xml_node& oggetto)
     emit Caricato(layout);
 }
 
-void frmProprieta::Espandi()
+void frmProprieta::Costruisci(int layout, const QString& categoria)
 {
+    mModello->Costruisci(layout, categoria);
+    mStatoMostrato = -1; // the new tree's state item has no colour yet
     // Every group starts open; the captions get the room they need, up to 60% of the width.
     mxpgProprieta->expandAll();
     mxpgProprieta->resizeColumnToContents(0);
@@ -388,9 +387,7 @@ void frmProprieta::RiempiServizio()
         mIcona->setPixmap(PxImmagini::Istanza().Icona(icona).pixmap(16, 16));
     }
     if (LayoutVisualizzato() != layout->Numero) {
-        PulisciLayout();
-        mModello->Costruisci(layout->Numero, mCaptionVisualizzata);
-        Espandi();
+        Costruisci(layout->Numero, mCaptionVisualizzata);
     } else {
         mModello->ImpostaCategoria(mCaptionVisualizzata);
     }

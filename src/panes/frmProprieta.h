@@ -93,7 +93,8 @@ private slots:
 
 private:
     void Carica(int layout, const pugi::xml_node& oggetto);
-    void Espandi();
+    // Builds `layout` afresh (its categories without a caption of their own take `categoria`).
+    void Costruisci(int layout, const QString& categoria);
     void RiempiServizio();
     void Descrivi(const pugi::xml_document& doc, bool collegato);
     void ChiediDescrizione(const Riferimento& r, bool collegato);
