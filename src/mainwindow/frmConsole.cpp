@@ -610,9 +610,9 @@ void frmConsole::Fotografa()
         mxrpContenuto->scrollToTop();
         if (verde.isValid())
             mxrpContenuto->scrollTo(verde, QAbstractItemView::PositionAtTop);
-        salva(this, "console.png");
         // The sheet of the chosen fax document, once the pane has loaded it.
         QTimer::singleShot(600, this, [this, salva, vai, &testi] {
+        salva(this, "console.png");
         salva(mProprieta, "proprieta-fax.png");
         vai(202);
         QTimer::singleShot(800, this, [this, salva, vai, &testi] {

@@ -394,14 +394,13 @@ void frmProprieta::RiempiServizio()
     mTitolo->setText(mCaptionVisualizzata);
     ImpostaStato(base.child("Stato").child("Codice").text().as_int(-1));
     QString log = QString::fromUtf8(base.child_value("FileLog")).trimmed();
-    if (log.isEmpty())
-        if (const modTabellaCartelle::Cartella* c = modTabellaCartelle::Trova(codice))
-            if (PxSrvServizio* proprietario = mContesto.Server()->Servizio(QString::fromLatin1(c->Servizio))) {
-                // A folder's log is its service's.
-                pugi::xml_document stato;
-                proprietario->LeggiStato(stato);
-                log = QString::fromUtf8(stato.document_element().child_value("FileLog")).trimmed();
-            }
+    if (const modTabellaCartelle::Cartella* c = modTabellaCartelle::Trova(codice))
+        if (PxSrvServizio* proprietario = mContesto.Server()->Servizio(QString::fromLatin1(c->Servizio))) {
+            // A folder's documents are logged by its service: that is the log worth reading.
+            pugi::xml_document stato;
+            proprietario->LeggiStato(stato);
+            log = QString::fromUtf8(stato.document_element().child_value("FileLog")).trimmed();
+        }
     log = QDir::fromNativeSeparators(log);
     if (!log.isEmpty() && QDir::isRelativePath(log))
         log = QDir(mContesto.Server()->Cartella()).filePath(log);

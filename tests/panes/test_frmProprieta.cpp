@@ -210,6 +210,11 @@ TEST_F(Proprieta, ListNodesFormatsTimeStampsAndTheLogFollowTheNode)
     ASSERT_TRUE(Attendi());
     QTest::qWait(50);
     EXPECT_EQ(letture.count(), 1);
+
+    // A folder shows the log of the service that owns it.
+    mPane->VisualizzaServer(u"Documenti fax"_s, u"SrvDocFax"_s);
+    ASSERT_TRUE(Attendi());
+    EXPECT_TRUE(mPane->FileLog().endsWith(u"/PxSrvFax.log"_s)) << mPane->FileLog().toStdString();
 }
 
 TEST_F(Proprieta, ActionsOpenOnlyTheirTextAndOnlyInsideTheServerFolder)

@@ -9,6 +9,7 @@
 #include "modAlberoServer.h"
 #include "modProprieta.h"
 #include "modSchede.h"
+#include "modTabellaCartelle.h"
 
 #include <gtest/gtest.h>
 
@@ -19,6 +20,9 @@
 #include <pugixml.hpp>
 
 #include <set>
+#include <vector>
+
+using namespace Qt::StringLiterals;
 #include <string>
 
 namespace {
@@ -134,4 +138,77 @@ TEST_F(SchedeDemo, EveryFormatAndSignatureStatesEveryPathItsSheetReads)
         }
     }
     EXPECT_EQ(visti, (std::set<int>{46, 47, 48, 49}));
+}
+
+namespace {
+
+// The "Paths of each kind" section of docs/documents.md, as the tables give it.
+QString SezionePercorsi(const PxConsoleResDll& testi)
+{
+    QString s = QStringLiteral(
+        "## Paths of each kind, in sheet order\n\n"
+        "\"#\" is the item's place in the sheet's fill order; the sheet item is given as its caption trail\n"
+        "below the top category, each caption with its string-table id. A group that holds a list takes\n"
+        "one item per child element of its path (see Lists above); every other path fills one item.\n"
+        "This section is written from the sheet tables (src/server/modSchede.cpp) by the test\n"
+        "SchedeDemo.TheDocumentPathsInTheDocsAreTheTables; PLX_AGGIORNA_ORO=1 rewrites it.\n");
+    const auto caption = [&](int id) { return u"\"%1\" (%2)"_s.arg(testi.LoadDllString(id)).arg(id); };
+    const QString intestazione = u"\n| # | Element path | Sheet item |\n|---|---|---|\n"_s;
+    using enum GenereCartella;
+    for (const GenereCartella genere : {Stampa, Email, Fax, PFax, EFax, Pbl, Anteprima}) {
+        const char* tipo = modProprieta::NomeGenere(genere);
+        const modSchede::Layout* l = modSchede::DellOggetto(QString::fromLatin1(tipo));
+        const std::vector<modSchede::VoceEspansa>& voci = modSchede::Espansa(l->Numero);
+        QString righe;
+        int n = 0;
+        std::vector<int> scia; // the captions of the open groups, by level
+        for (const modSchede::VoceEspansa& v : voci) {
+            if (v.Livello == 0) {
+                if (n > 0)
+                    righe += u"\nSecond category %1, numbering continued:\n"_s.arg(caption(v.Testo)) + intestazione;
+                scia.clear();
+                continue;
+            }
+            scia.resize(static_cast<size_t>(v.Livello) - 1);
+            scia.push_back(v.Testo);
+            QStringList trail;
+            for (const int t : scia)
+                trail << caption(t);
+            const QString voce = trail.join(u" › "_s);
+            const auto riga = [&](const std::string& percorso, const QString& nota) {
+                righe += u"| %1 | `%2` | %3%4 |\n"_s.arg(++n).arg(QString::fromStdString(percorso), voce, nota);
+            };
+            if (v.Genere == modSchede::Tipo::Elenco) {
+                if (!v.Secondo.empty())
+                    riga(v.Secondo, u" (the group's own value)"_s);
+                riga(v.Percorso, u" (group: one item per child element)"_s);
+            } else if (!v.Percorso.empty()) {
+                riga(v.Percorso, v.Genere == modSchede::Tipo::Gruppo ? u" (the group's own value)"_s : QString());
+            }
+        }
+        s += u"\n### %1: layout %2, %3, %4 paths\n"_s.arg(QLatin1StringView(tipo)).arg(l->Numero).arg(caption(voci.front().Testo)).arg(n)
+            + intestazione + righe;
+    }
+    return s;
+}
+
+} // namespace
+
+TEST_F(SchedeDemo, TheDocumentPathsInTheDocsAreTheTables)
+{
+    QFile file(QStringLiteral(PLX_DOCS "/documents.md"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QString testo = QString::fromUtf8(file.readAll());
+    file.close();
+    const qsizetype inizio = testo.indexOf(u"## Paths of each kind"_s);
+    ASSERT_GE(inizio, 0);
+    qsizetype fine = testo.indexOf(u"\n## "_s, inizio + 1);
+    fine = fine < 0 ? testo.size() : fine + 1;
+    const QString atteso = SezionePercorsi(sServer->Testi);
+    if (qEnvironmentVariableIsSet("PLX_AGGIORNA_ORO")) {
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write((testo.left(inizio) + atteso + testo.mid(fine)).toUtf8());
+        return;
+    }
+    EXPECT_EQ(testo.mid(inizio, fine - inizio).toStdString(), atteso.toStdString());
 }
