@@ -19,7 +19,10 @@
 #include "clsSrvServizi.h"
 #include "frmInfoSistema.h"
 #include "frmLog.h"
+#include "frmCorpoDocumento.h"
 #include "frmProprieta.h"
+#include "frmScriptDocumento.h"
+#include "frmVisFirma.h"
 #include "modAlberoServer.h"
 #include "frmInvioProvaEmail.h"
 #include "frmInvioProvaFax.h"
@@ -30,11 +33,9 @@
 
 #include <QAction>
 #include <QCloseEvent>
-#include <QDialog>
 #include <QFileInfo>
 #include <QFutureWatcher>
 #include <QtConcurrent>
-#include <QDialogButtonBox>
 #include <QDir>
 #include <QDockWidget>
 #include <QHeaderView>
@@ -42,18 +43,17 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QPlainTextEdit>
 #include <QSettings>
 #include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
 #include <QTreeView>
 #include <QTreeWidget>
-#include <QVBoxLayout>
 
 #include <pugixml.hpp>
 
 #include <cstdio>
+#include <functional>
 #include <utility>
 
 namespace {
@@ -72,7 +72,8 @@ frmConsole::frmConsole(PxContesto& contesto, QWidget* parent)
       mMenuComandi(nullptr),
       mMenuRaggruppa(nullptr),
       mBarra(nullptr),
-      mLog(new frmLog(contesto)), mProprieta(new frmProprieta(contesto)),
+      mLog(new frmLog(contesto)), mProprieta(new frmProprieta(contesto)), mCorpo(new frmCorpoDocumento(contesto)),
+      mScript(new frmScriptDocumento(contesto)), mFirma(new frmVisFirma),
       mInfoSistema(new frmInfoSistema(contesto)),
       mConteggi(new QLabel),
       mAttesa(new QLabel),
@@ -110,9 +111,17 @@ frmConsole::frmConsole(PxContesto& contesto, QWidget* parent)
     connect(mProprieta, &frmProprieta::Messaggio, this, &frmConsole::MostraMessaggio);
     connect(mProprieta, &frmProprieta::StatoServizioCambiato, this, [this] { ConfiguraPulsantiServer(); });
     QDockWidget* log = AggiungiPannello(7004, "pnlLog", mLog, Qt::BottomDockWidgetArea);
-    QDockWidget* sistema = AggiungiPannello(7005, "pnlInfoSistema", mInfoSistema, Qt::BottomDockWidgetArea);
-    tabifyDockWidget(log, sistema);
+    // The viewers share the bottom with the log; the log is in front.
+    QDockWidget* ultimo = log;
+    for (QDockWidget* d : {AggiungiPannello(7002, "pnlCorpo", mCorpo, Qt::BottomDockWidgetArea),
+                           AggiungiPannello(7003, "pnlScript", mScript, Qt::BottomDockWidgetArea),
+                           AggiungiPannello(7006, "pnlFirma", mFirma, Qt::BottomDockWidgetArea),
+                           AggiungiPannello(7005, "pnlInfoSistema", mInfoSistema, Qt::BottomDockWidgetArea)}) {
+        tabifyDockWidget(ultimo, d);
+        ultimo = d;
+    }
     log->raise();
+    mProprieta->ImpostaVisualizzatori(mCorpo, mScript, mFirma);
 
     CreaComandi();
 
@@ -536,21 +545,17 @@ void frmConsole::MostraMessaggio(const QString& testo)
 
 void frmConsole::MostraDocumento(const QString& xml)
 {
-    // The document viewers take this over once they are docked; until then the document's
-    // description is shown as the server sent it.
-    auto* finestra = new QDialog(this);
-    finestra->setAttribute(Qt::WA_DeleteOnClose);
-    finestra->setWindowTitle(mContesto.Testi().LoadDllString(8026));
-    auto* testo = new QPlainTextEdit(xml, finestra);
-    testo->setReadOnly(true);
-    testo->setLineWrapMode(QPlainTextEdit::NoWrap);
-    auto* pulsanti = new QDialogButtonBox(QDialogButtonBox::Close, finestra);
-    connect(pulsanti, &QDialogButtonBox::rejected, finestra, &QDialog::close);
-    auto* layout = new QVBoxLayout(finestra);
-    layout->addWidget(testo);
-    layout->addWidget(pulsanti);
-    finestra->resize(720, 520);
-    finestra->show();
+    // "Visualizza documento": the document's body and script in their viewers, the body in front.
+    modTraccia::Proteggi("MostraDocumento", [&] {
+        pugi::xml_document doc;
+        const QByteArray testo = xml.toUtf8();
+        if (!doc.load_buffer(testo.constData(), static_cast<size_t>(testo.size())))
+            return;
+        const pugi::xml_node proprieta = doc.document_element().child("Proprieta");
+        mCorpo->CaricaCorpo(proprieta);
+        mScript->CaricaScript(proprieta);
+        findChild<QDockWidget*>(QStringLiteral("pnlCorpo"))->raise();
+    });
 }
 
 void frmConsole::closeEvent(QCloseEvent* evento)
@@ -580,86 +585,144 @@ void frmConsole::Fotografa()
         if (!trovati.isEmpty())
             mPosizione->Albero()->setCurrentItem(trovati.first());
     };
-    // The fax folder, grouped by stage, the first group open with a linked document shown.
-    vai(212);
-    QTimer::singleShot(1500, this, [this, salva, vai, &testi] {
-        // The groups show the stages' colours; open are a rejected stage (red) and the smallest
-        // stage with a document that has a linked document, opened too.
-        mxrpContenuto->collapseAll();
-        QModelIndex scelto, verde;
-        int piccolo = 1 << 30;
+    const auto pannello = [this](const char* nome) { return findChild<QDockWidget*>(QString::fromLatin1(nome)); };
+    // The first document row whose cells hold `testo` (any row when empty), in the groups too.
+    const auto documento = [this](const QString& testo) {
         for (int g = 0; g < mModello->rowCount(); ++g) {
             const QModelIndex gi = mModello->index(g, 0);
-            const QColor colore = gi.data(Qt::ForegroundRole).value<QColor>();
-            if (colore == QColor(255, 0, 0) && mModello->rowCount(gi) < 6)
-                mxrpContenuto->expand(gi);
-            if (colore == QColor(0, 192, 0) && !verde.isValid())
-                verde = gi;
-            for (int r = 0; r < mModello->rowCount(gi) && mModello->rowCount(gi) < piccolo; ++r)
-                if (const QModelIndex d = mModello->index(r, 0, gi); mModello->hasChildren(d)) {
-                    scelto = d;
-                    piccolo = mModello->rowCount(gi);
-                }
+            for (int r = 0; r < std::max(1, mModello->rowCount(gi)); ++r) {
+                const QModelIndex d = mModello->rowCount(gi) ? mModello->index(r, 0, gi) : gi;
+                for (int c = 0; c < mModello->columnCount(); ++c)
+                    if (testo.isEmpty() || d.siblingAtColumn(c).data().toString().contains(testo))
+                        return d;
+            }
         }
-        if (scelto.isValid()) {
-            mxrpContenuto->expand(scelto.parent());
-            mxrpContenuto->expand(scelto);
-            mxrpContenuto->selectionModel()->select(scelto, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-            mxrpContenuto->selectionModel()->setCurrentIndex(scelto, QItemSelectionModel::NoUpdate);
-        }
-        mxrpContenuto->scrollToTop();
-        if (verde.isValid())
-            mxrpContenuto->scrollTo(verde, QAbstractItemView::PositionAtTop);
+        return QModelIndex();
+    };
+    // Each step runs its wait after the one before.
+    struct Passo
+    {
+        int Attesa;
+        std::function<void()> Fai;
+    };
+    auto passi = std::make_shared<std::vector<Passo>>(std::vector<Passo>{
+        // The fax folder, grouped by stage, the first group open with a linked document shown.
+        {0, [=, this] { vai(212); }},
+        {1500, [this] {
+             // The groups show the stages' colours; open are a rejected stage (red) and the smallest
+             // stage with a document that has a linked document, opened too.
+             mxrpContenuto->collapseAll();
+             QModelIndex scelto, verde;
+             int piccolo = 1 << 30;
+             for (int g = 0; g < mModello->rowCount(); ++g) {
+                 const QModelIndex gi = mModello->index(g, 0);
+                 const QColor colore = gi.data(Qt::ForegroundRole).value<QColor>();
+                 if (colore == QColor(255, 0, 0) && mModello->rowCount(gi) < 6)
+                     mxrpContenuto->expand(gi);
+                 if (colore == QColor(0, 192, 0) && !verde.isValid())
+                     verde = gi;
+                 for (int r = 0; r < mModello->rowCount(gi) && mModello->rowCount(gi) < piccolo; ++r)
+                     if (const QModelIndex d = mModello->index(r, 0, gi); mModello->hasChildren(d)) {
+                         scelto = d;
+                         piccolo = mModello->rowCount(gi);
+                     }
+             }
+             if (scelto.isValid()) {
+                 mxrpContenuto->expand(scelto.parent());
+                 mxrpContenuto->expand(scelto);
+                 mxrpContenuto->selectionModel()->select(scelto, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+                 mxrpContenuto->selectionModel()->setCurrentIndex(scelto, QItemSelectionModel::NoUpdate);
+             }
+             mxrpContenuto->scrollToTop();
+             if (verde.isValid())
+                 mxrpContenuto->scrollTo(verde, QAbstractItemView::PositionAtTop);
+         }},
         // The sheet of the chosen fax document, once the pane has loaded it.
-        QTimer::singleShot(600, this, [this, salva, vai, &testi] {
-        salva(this, "console.png");
-        salva(mProprieta, "proprieta-fax.png");
-        vai(202);
-        QTimer::singleShot(800, this, [this, salva, vai, &testi] {
-            salva(this, "stampe.png");
-            // The log pane on a service's log: the fax worker's, which the demo has written.
-            vai(219);
-            resizeDocks({findChild<QDockWidget*>(QStringLiteral("pnlLog"))}, {330}, Qt::Vertical);
-            QTimer::singleShot(800, this, [this, salva, vai, &testi] {
-                salva(mLog, "log.png");
-                salva(mProprieta, "proprieta-servizio.png");
-                // A front-page format's sheet.
-                vai(201);
-                QTimer::singleShot(1200, this, [this, salva, &testi] {
-                if (const QModelIndex primo = mModello->index(0, 0); primo.isValid())
-                    mxrpContenuto->setCurrentIndex(primo);
-                QTimer::singleShot(600, this, [this, salva, &testi] {
-                salva(mProprieta, "proprieta-formato.png");
-                // The machine's load, after a few samples.
-                findChild<QDockWidget*>(QStringLiteral("pnlInfoSistema"))->raise();
-                mInfoSistema->resize(mLog->size());
-                salva(mInfoSistema, "infosistema.png");
-                // The three test forms as an operator first opens them.
-                frmInvioProvaFax fax(mContesto);
-                fax.show();
-                salva(&fax, "prova-fax.png");
-                frmInvioProvaEFax efax(mContesto);
-                efax.show();
-                salva(&efax, "prova-efax.png");
-                frmInvioProvaEmail email(mContesto);
-                email.show();
-                salva(&email, "prova-email.png");
-                frmApertura apertura(mContesto.Server());
-                for (int i = 0; i < apertura.Massimo() / 2; ++i)
-                    apertura.Avanzamento(testi.LoadDllString(8006) + QStringLiteral(" ") + testi.LoadDllString(212)
-                                         + QStringLiteral(" ") + testi.LoadDllString(8007));
-                apertura.show();
-                salva(&apertura, "apertura.png");
-                frmChiusura chiusura;
-                chiusura.show();
-                salva(&chiusura, "chiusura.png");
-                close();
-                });
-                });
-            });
-        });
-        });
+        {600, [=, this] {
+             salva(this, "console.png");
+             salva(mProprieta, "proprieta-fax.png");
+             vai(202);
+         }},
+        {800, [=, this] {
+             salva(this, "stampe.png");
+             // The log pane on a service's log: the fax worker's, which the demo has written.
+             vai(219);
+             resizeDocks({pannello("pnlLog")}, {330}, Qt::Vertical);
+         }},
+        {800, [=, this] {
+             salva(mLog, "log.png");
+             salva(mProprieta, "proprieta-servizio.png");
+             vai(201); // a front-page format's sheet
+         }},
+        {1200, [this] {
+             if (const QModelIndex primo = mModello->index(0, 0); primo.isValid())
+                 mxrpContenuto->setCurrentIndex(primo);
+         }},
+        {600, [=, this] {
+             salva(mProprieta, "proprieta-formato.png");
+             vai(229); // a signature in its viewer
+         }},
+        {1200, [this] {
+             if (const QModelIndex primo = mModello->index(3, 0); primo.isValid())
+                 mxrpContenuto->setCurrentIndex(primo);
+         }},
+        {700, [=, this] {
+             pannello("pnlFirma")->raise();
+             salva(mFirma, "firma.png");
+             vai(206); // a label printer's job in the body viewer
+         }},
+        {1500, [=, this] {
+             if (const QModelIndex d = documento(QStringLiteral("Etichette")); d.isValid()) {
+                 mxrpContenuto->scrollTo(d);
+                 mxrpContenuto->setCurrentIndex(d);
+             }
+         }},
+        {900, [=, this] {
+             pannello("pnlCorpo")->raise();
+             salva(mCorpo, "corpo.png");
+             pannello("pnlScript")->raise();
+             salva(mScript, "script.png");
+         }},
+        {0, [=, this, &testi] {
+             // The machine's load, after a few samples.
+             pannello("pnlInfoSistema")->raise();
+             mInfoSistema->resize(mLog->size());
+             salva(mInfoSistema, "infosistema.png");
+             // The three test forms as an operator first opens them.
+             frmInvioProvaFax fax(mContesto);
+             fax.show();
+             salva(&fax, "prova-fax.png");
+             frmInvioProvaEFax efax(mContesto);
+             efax.show();
+             salva(&efax, "prova-efax.png");
+             frmInvioProvaEmail email(mContesto);
+             email.show();
+             salva(&email, "prova-email.png");
+             frmApertura apertura(mContesto.Server());
+             for (int i = 0; i < apertura.Massimo() / 2; ++i)
+                 apertura.Avanzamento(testi.LoadDllString(8006) + QStringLiteral(" ") + testi.LoadDllString(212)
+                                      + QStringLiteral(" ") + testi.LoadDllString(8007));
+             apertura.show();
+             salva(&apertura, "apertura.png");
+             frmChiusura chiusura;
+             chiusura.show();
+             salva(&chiusura, "chiusura.png");
+             close();
+         }},
     });
+    auto prossimo = std::make_shared<std::function<void(size_t)>>();
+    *prossimo = [this, passi, prossimo](size_t i) {
+        if (i >= passi->size()) {
+            *prossimo = nullptr; // the step list and this function let go of each other
+            return;
+        }
+        QTimer::singleShot((*passi)[i].Attesa, this, [passi, prossimo, i] {
+            (*passi)[i].Fai();
+            if (*prossimo)
+                (*prossimo)(i + 1);
+        });
+    };
+    (*prossimo)(0);
 }
 
 void frmConsole::showEvent(QShowEvent* evento)

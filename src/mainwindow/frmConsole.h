@@ -20,6 +20,9 @@ class frmInvioProva;
 class frmInfoSistema;
 class frmLog;
 class frmProprieta;
+class frmCorpoDocumento;
+class frmScriptDocumento;
+class frmVisFirma;
 class frmPosizione;
 
 // The main window: it assembles the panes and owns the content list, one command-bar set and
@@ -104,6 +107,9 @@ private:
     QHash<int, QAction*> mComandi;
     frmLog* mLog;
     frmProprieta* mProprieta;
+    frmCorpoDocumento* mCorpo;
+    frmScriptDocumento* mScript;
+    frmVisFirma* mFirma;
     frmInfoSistema* mInfoSistema;
     QLabel* mConteggi;
     QLabel* mAttesa;

@@ -7,7 +7,10 @@
 #include "PxModelloProprieta.h"
 #include "PxSrvServer.h"
 #include "PxSrvServizio.h"
+#include "frmCorpoDocumento.h"
 #include "frmLog.h"
+#include "frmScriptDocumento.h"
+#include "frmVisFirma.h"
 #include "modAlberoServer.h"
 #include "modApri.h"
 #include "modSchede.h"
@@ -96,7 +99,8 @@ private:
     std::function<void(const QModelIndex&)> mPremuto;
 };
 
-// The loaders in the order the kinds are tested; `Corpo`: the kind has a body and a script to show.
+// The loaders in the order the kinds are tested; `Corpo`: the kind has a body and a script to show
+// (every document: a fax, an e-mail and a printer fax have their body file too).
 struct Caricatore
 {
     const char* Tipo;
@@ -107,9 +111,9 @@ struct Caricatore
 
 constexpr Caricatore Caricatori[] = {
     {"Stampa", &frmProprieta::CaricaProprietaDocStampa, true, true},
-    {"Fax", &frmProprieta::CaricaProprietaDocFax, false, false},
-    {"Email", &frmProprieta::CaricaProprietaDocEmail, false, true},
-    {"PFax", &frmProprieta::CaricaProprietaDocPFax, false, false},
+    {"Fax", &frmProprieta::CaricaProprietaDocFax, true, false},
+    {"Email", &frmProprieta::CaricaProprietaDocEmail, true, true},
+    {"PFax", &frmProprieta::CaricaProprietaDocPFax, true, false},
     {"Anteprima", &frmProprieta::CaricaProprietaDocAnterpima, true, true},
     {"Pbl", &frmProprieta::CaricaProprietaDocPbl, true, false},
     {"EFax", &frmProprieta::CaricaProprietaDocEFax, true, false},
@@ -301,10 +305,16 @@ void frmProprieta::Descrivi(const pugi::xml_document& doc, bool collegato)
         mIcona->clear();
         mIconaVisualizzata = 0;
         (this->*c.Carica)(radice);
+        const pugi::xml_node proprieta = radice.child("Proprieta");
         if (c.Corpo) {
-            CaricaCorpo(radice.child("Proprieta"));
-            CaricaScript(radice.child("Proprieta"));
+            CaricaCorpo(proprieta);
+            CaricaScript(proprieta);
+        } else {
+            PulisciCorpo();
+            PulisciScript();
         }
+        if (mFirma)
+            mFirma->Mostra(std::string_view(tipo) == "Firma" ? QString::fromUtf8(proprieta.child_value("Html")) : QString());
         return;
     }
 }
@@ -498,20 +508,33 @@ void frmProprieta::Copia()
         QApplication::clipboard()->setText(valori.join(u'\n'));
 }
 
+void frmProprieta::ImpostaVisualizzatori(frmCorpoDocumento* corpo, frmScriptDocumento* script, frmVisFirma* firma)
+{
+    mCorpo = corpo;
+    mScript = script;
+    mFirma = firma;
+}
+
 void frmProprieta::CaricaCorpo(const pugi::xml_node& proprieta)
 {
-    const QString corpo = QString::fromUtf8(proprieta.child("FileCorpo").child_value("Nome"));
-    if (corpo == mCorpoNotato)
-        return;
-    mCorpoNotato = corpo;
-    modTraccia::Scrivi(3, QStringLiteral("frmProprieta: visualizzatore del corpo non disponibile (") + corpo + u')');
+    if (mCorpo)
+        mCorpo->CaricaCorpo(proprieta);
 }
 
 void frmProprieta::CaricaScript(const pugi::xml_node& proprieta)
 {
-    (void)proprieta; // the script viewer comes with the body viewer
+    if (mScript)
+        mScript->CaricaScript(proprieta);
 }
 
-void frmProprieta::PulisciCorpo() { mCorpoNotato.clear(); }
+void frmProprieta::PulisciCorpo()
+{
+    if (mCorpo && !mCorpo->File().isEmpty())
+        mCorpo->PulisciCorpo();
+}
 
-void frmProprieta::PulisciScript() {}
+void frmProprieta::PulisciScript()
+{
+    if (mScript && !mScript->File().isEmpty())
+        mScript->PulisciScript();
+}

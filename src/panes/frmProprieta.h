@@ -13,7 +13,10 @@ class PxModelloProprieta;
 class PxSrvServizio;
 class QLabel;
 class QTreeView;
+class frmCorpoDocumento;
 class frmLog;
+class frmScriptDocumento;
+class frmVisFirma;
 namespace pugi { class xml_node; class xml_document; }
 
 // The property pane: the sheet of the service node selected in the server tree or, when a
@@ -35,6 +38,9 @@ public:
 
     // The log pane that shows the log of what is on display (may be null).
     void ImpostaLog(frmLog* log) { mLog = log; }
+    // The viewers the pane feeds with the selected document's body and script and the selected
+    // signature (each may be null).
+    void ImpostaVisualizzatori(frmCorpoDocumento* corpo, frmScriptDocumento* script, frmVisFirma* firma);
 
     int IconWidth() const;
     const Riferimento& Oggetto() const { return mOggetto; }
@@ -102,7 +108,7 @@ private:
     void Esegui(const QModelIndex& indice);
     void Copia();
     PxSrvServizio* ServizioVisualizzato() const;
-    // The viewers' calls: the viewers are not docked yet, so these only note what they would show.
+    // The viewers' calls, each only while its pane exists.
     void CaricaCorpo(const pugi::xml_node& proprieta);
     void CaricaScript(const pugi::xml_node& proprieta);
     void PulisciCorpo();
@@ -114,6 +120,9 @@ private:
     QTreeView* mxpgProprieta;
     PxModelloProprieta* mModello;
     QPointer<frmLog> mLog;
+    QPointer<frmCorpoDocumento> mCorpo;
+    QPointer<frmScriptDocumento> mScript;
+    QPointer<frmVisFirma> mFirma;
     QTimer mobjTimerProprieta;
     QTimer mobjTimerCollegato;
     Riferimento mOggetto;
@@ -126,5 +135,4 @@ private:
     quint64 mGenerazione = 0;       // bumped at every selection: late answers are dropped
     bool mInAttesa = false;         // a description request is out
     qint64 mUltimaRisposta = 0;     // msecs since epoch of the last description read
-    QString mCorpoNotato;
 };

@@ -53,9 +53,9 @@ constexpr std::array<const char*, 10> Clienti = {"Ferramenta Bassi", "Edil Nord"
                                                  "Caseificio Valle", "Studio Greco", "Agraria Po", "Tessile Serra",
                                                  "Meccanica Fabbri", "Vini Colombo"};
 constexpr std::array<const char*, 6> Funzioni = {"FATTURE", "DDT", "ORDINI", "SOLLECITI", "CEDOLINI", "PREVENTIVI"};
-constexpr std::array<const char*, 5> Stampanti = {"Laser amministrazione", "Laser produzione", "Generica testo",
-                                                  "Ufficio colori", "Aghi bolle"};
-constexpr std::array<int, 5> NumeriStampanti = {4, 5, 1, 2, 8};
+constexpr std::array<const char*, 6> Stampanti = {"Laser amministrazione", "Laser produzione", "Generica testo",
+                                                  "Ufficio colori", "Aghi bolle", "Etichette magazzino"};
+constexpr std::array<int, 6> NumeriStampanti = {4, 5, 1, 2, 8, 3};
 
 // Which queue a document of `def` sits in: most are done, some wait, a few failed.
 qint32 CodaDemo(const modCartelle::Definizione& def, Caso& c)

@@ -5,6 +5,8 @@
 #include "modDemoFormati.h"
 #include "modXml.h"
 
+#include <string>
+
 #include <pugixml.hpp>
 
 #include <QDir>
@@ -249,6 +251,15 @@ void Scrivi(pugi::xml_node p, const Firma& f)
     Codificato(p, "Lingua", f.Lingua);
     Testo(p, "UltimaModifica", f.UltimaModifica);
     SiNo(p, "Riestratto", f.Riestratto);
+    // What the signature puts under a message: the person or office, then the company.
+    const std::string chi = f.Descrizione;
+    const size_t virgola = chi.find(", ");
+    std::string html = "<p style=\"font-family:Arial\"><b>" + chi.substr(0, virgola) + "</b>";
+    if (virgola != std::string::npos)
+        html += "<br><i>" + chi.substr(virgola + 2) + "</i>";
+    html += "<br>Pelorix S.p.A. &middot; Via dell'Industria 12, Treviso<br>"
+            "<span style=\"color:#1f5fa8\">www.pelorix.it</span></p>";
+    Testo(p, "Html", html.c_str());
 }
 
 // Writes each object of `voci` as `<cartella>/<Key>.xml`; stops at the first failure.

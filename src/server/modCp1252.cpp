@@ -13,12 +13,11 @@ constexpr char16_t Alto[32] = {
 
 QString Decodifica(QByteArrayView dati)
 {
-    QString risultato;
-    risultato.reserve(dati.size());
-    for (const char c : dati) {
-        const auto b = static_cast<unsigned char>(c);
-        risultato += (b >= 0x80 && b < 0xA0) ? QChar(Alto[b - 0x80]) : QChar(static_cast<char16_t>(b));
-    }
+    // Latin-1 first (fast), then the 32 characters where the two codes differ.
+    QString risultato = QString::fromLatin1(dati);
+    for (QChar& c : risultato)
+        if (const char16_t u = c.unicode(); u >= 0x80 && u < 0xA0)
+            c = QChar(Alto[u - 0x80]);
     return risultato;
 }
 

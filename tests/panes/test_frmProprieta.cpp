@@ -2,13 +2,18 @@
 
 #include "PxModelloProprieta.h"
 #include "RefServizio.h"
+#include "frmCorpoDocumento.h"
 #include "frmLog.h"
+#include "frmScriptDocumento.h"
+#include "frmVisFirma.h"
 #include "frmProprieta.h"
 #include "modCatalogo.h"
 
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include "PxVistaTesto.h"
+#include <QTextBrowser>
 #include <QFile>
 #include <QSignalSpy>
 #include <QTimer>
@@ -251,4 +256,40 @@ TEST_F(Proprieta, ActionsOpenOnlyTheirTextAndOnlyInsideTheServerFolder)
     ASSERT_EQ(messaggi.count(), 1);
     EXPECT_TRUE(messaggi.at(0).at(0).toString().startsWith(sServer->Testi.LoadDllString(8031)));
     EXPECT_TRUE(messaggi.at(0).at(0).toString().endsWith(u"/etc/passwd"_s));
+}
+
+TEST_F(Proprieta, TheViewersFollowTheSelection)
+{
+    frmCorpoDocumento corpo(*sServer->Contesto);
+    frmScriptDocumento script(*sServer->Contesto);
+    frmVisFirma firma;
+    mPane->ImpostaVisualizzatori(&corpo, &script, &firma);
+    QTemporaryDir dir;
+    QFile bpx(dir.filePath(u"D1.bpx"_s));
+    ASSERT_TRUE(bpx.open(QIODevice::WriteOnly));
+    bpx.write("Corpo del documento\r\n");
+    bpx.close();
+    QSignalSpy corpi(&corpo, &frmCorpoDocumento::Caricato);
+    mPane->Oggetto(Oggetto(u"D1"_s, Documento("Fax", u"D1"_s,
+                                              u"<FileCorpo><Percorso>%1</Percorso><Nome>D1.bpx</Nome></FileCorpo>"_s.arg(dir.path()))));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return corpi.count() == 1; }, 5000));
+    EXPECT_EQ(corpo.Testo()->TestoVisibile(), u"Corpo del documento\n"_s);
+
+    // A signature: its page in the signature viewer, the body viewer emptied.
+    QSignalSpy firme(&firma, &frmVisFirma::Caricato);
+    mPane->Oggetto(Oggetto(u"MROSSI"_s, u"<Firma Genere=\"Firma\"><Proprieta><Key>MROSSI</Key>"
+                                        "<Html>&lt;b&gt;Mario Rossi&lt;/b&gt;</Html></Proprieta></Firma>"_s));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return firme.count() == 1; }, 5000));
+    EXPECT_EQ(firma.Pagina()->toPlainText(), u"Mario Rossi"_s);
+    EXPECT_EQ(mPane->LayoutVisualizzato(), 49);
+    EXPECT_TRUE(corpo.Testo()->Vuoto());
+
+    // Back to a node: nothing of the documents stays on show.
+    mPane->Oggetto(Oggetto(u"D1"_s, Documento("Stampa", u"D1"_s,
+                                              u"<FileCorpo><Percorso>%1</Percorso><Nome>D1.bpx</Nome></FileCorpo>"_s.arg(dir.path()))));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !corpo.Testo()->Vuoto(); }, 5000));
+    mPane->VisualizzaServer(u"Stampe"_s, u"SrvStampe"_s);
+    ASSERT_TRUE(Attendi());
+    EXPECT_TRUE(corpo.Testo()->Vuoto());
+    EXPECT_TRUE(corpo.File().isEmpty());
 }

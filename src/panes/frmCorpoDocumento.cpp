@@ -1,0 +1,118 @@
+#include "frmCorpoDocumento.h"
+
+#include "PxConsoleResDll.h"
+#include "PxContesto.h"
+#include "PxSrvServer.h"
+#include "modTraccia.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QFontDatabase>
+#include <QLabel>
+#include <QStatusBar>
+#include <QVBoxLayout>
+#include <QtConcurrent>
+
+#include <pugixml.hpp>
+
+#include <sstream>
+
+frmCorpoDocumento::frmCorpoDocumento(PxContesto& contesto, QWidget* parent)
+    : QWidget(parent), mContesto(contesto), mrtfCopo(new PxVistaTesto(this)), mRiga(new QLabel(this)),
+      mColonna(new QLabel(this))
+{
+    setObjectName(QStringLiteral("frmCorpoDocumento"));
+    mrtfCopo->setObjectName(QStringLiteral("rtfCopo"));
+    QFont fisso(QStringLiteral("Courier New"));
+    fisso.setStyleHint(QFont::TypeWriter);
+    fisso.setFixedPitch(true);
+    fisso.setPointSize(9);
+    if (!QFontInfo(fisso).fixedPitch()) {
+        fisso = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+        fisso.setPointSize(9);
+    }
+    mrtfCopo->setFont(fisso);
+    auto* stato = new QStatusBar(this);
+    stato->setObjectName(QStringLiteral("staStato"));
+    stato->setSizeGripEnabled(false);
+    stato->addWidget(mRiga);
+    stato->addWidget(mColonna);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(mrtfCopo);
+    layout->addWidget(stato);
+    connect(mrtfCopo, &PxVistaTesto::PosizioneCambiata, this, &frmCorpoDocumento::AggiornaPosizione);
+    AggiornaPosizione();
+}
+
+frmCorpoDocumento::~frmCorpoDocumento() = default;
+
+void frmCorpoDocumento::AggiornaPosizione()
+{
+    const PxConsoleResDll& testi = mContesto.Testi();
+    mRiga->setText(testi.LoadDllString(115) + u' ' + QString::number(mrtfCopo->Riga() + 1));
+    mColonna->setText(testi.LoadDllString(116) + u' ' + QString::number(mrtfCopo->Colonna() + 1));
+}
+
+void frmCorpoDocumento::PulisciCorpo()
+{
+    ++mGenerazione;
+    mFile.clear();
+    mCatalogo.clear();
+    if (!mrtfCopo->Vuoto())
+        mrtfCopo->Pulisci();
+    emit Caricato();
+}
+
+void frmCorpoDocumento::CaricaCorpo(const pugi::xml_node& proprieta)
+{
+    const pugi::xml_node corpo = proprieta.child("FileCorpo");
+    QString file = QDir::fromNativeSeparators(QString::fromUtf8(corpo.child_value("Nome")).trimmed());
+    const QString cartella = QDir::fromNativeSeparators(QString::fromUtf8(corpo.child_value("Percorso")).trimmed());
+    if (!file.isEmpty() && !cartella.isEmpty())
+        file = QDir(cartella).filePath(file);
+    if (!file.isEmpty() && QDir::isRelativePath(file) && mContesto.Server())
+        file = QDir(mContesto.Server()->Cartella()).filePath(file);
+    std::ostringstream catalogoXml;
+    proprieta.child("CatalogoSorgente").print(catalogoXml);
+    const QByteArray catalogo = QByteArray::fromStdString(catalogoXml.str());
+    // The pane refreshes its document often: the same body is not read again.
+    if (file == mFile && catalogo == mCatalogo)
+        return;
+    if (file.isEmpty()) {
+        PulisciCorpo();
+        return;
+    }
+    mFile = file;
+    mCatalogo = catalogo;
+    const modCorpo::Catalogo sequenze = modCorpo::LeggiCatalogo(proprieta.child("CatalogoSorgente"));
+    const quint64 generazione = ++mGenerazione;
+    auto lavoro = QtConcurrent::run([file, sequenze]() -> std::optional<PxVistaTesto::Contenuto> {
+        // Only a regular file is read, and only its first MiB: a link to a device or a huge file
+        // costs nothing more.
+        const QFileInfo info(file);
+        if (!info.exists() || !QFileInfo(info.canonicalFilePath()).isFile())
+            return std::nullopt;
+        QFile f(file);
+        if (!f.open(QIODevice::ReadOnly))
+            return std::nullopt;
+        return PxVistaTesto::Prepara(modCorpo::Leggi(modCorpo::Rtf(f.read(modCorpo::Massimo), sequenze)));
+    });
+    auto* osservatore = new QFutureWatcher<std::optional<PxVistaTesto::Contenuto>>(this);
+    connect(osservatore, &QFutureWatcherBase::finished, this, [this, osservatore, generazione] {
+        osservatore->deleteLater();
+        if (generazione != mGenerazione)
+            return; // another document came since
+        std::optional<PxVistaTesto::Contenuto> c = osservatore->result();
+        modTraccia::Proteggi("CaricaCorpo", [&] { Mostra(c ? std::move(*c) : PxVistaTesto::Contenuto()); });
+    });
+    osservatore->setFuture(lavoro);
+}
+
+void frmCorpoDocumento::Mostra(PxVistaTesto::Contenuto contenuto)
+{
+    mrtfCopo->Imposta(std::move(contenuto));
+    emit Caricato();
+}
