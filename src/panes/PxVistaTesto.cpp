@@ -63,7 +63,11 @@ void PxVistaTesto::Imposta(Contenuto contenuto)
 }
 
 int PxVistaTesto::AltezzaRiga() const { return fontMetrics().lineSpacing(); }
-int PxVistaTesto::LarghezzaCarattere() const { return std::max(1, fontMetrics().horizontalAdvance(u'M')); }
+qreal PxVistaTesto::LarghezzaCarattere() const
+{
+    // The advance as the font has it, fractions included: rounded, long lines would drift.
+    return std::max<qreal>(1, QFontMetricsF(font()).horizontalAdvance(u'M'));
+}
 int PxVistaTesto::RigheVisibili() const { return std::max(1, viewport()->height() / AltezzaRiga()); }
 
 qsizetype PxVistaTesto::LunghezzaRiga(qsizetype riga) const
@@ -102,10 +106,10 @@ void PxVistaTesto::AggiornaBarre()
 {
     verticalScrollBar()->setRange(0, static_cast<int>(std::max<qsizetype>(0, Righe() - RigheVisibili())));
     verticalScrollBar()->setPageStep(RigheVisibili());
-    const qsizetype larghezza = mC.Colonne * LarghezzaCarattere() + 8;
+    const auto larghezza = static_cast<qsizetype>(static_cast<qreal>(mC.Colonne) * LarghezzaCarattere()) + 8;
     horizontalScrollBar()->setRange(0, static_cast<int>(std::max<qsizetype>(0, larghezza - viewport()->width())));
     horizontalScrollBar()->setPageStep(viewport()->width());
-    horizontalScrollBar()->setSingleStep(LarghezzaCarattere());
+    horizontalScrollBar()->setSingleStep(static_cast<int>(LarghezzaCarattere()));
 }
 
 void PxVistaTesto::resizeEvent(QResizeEvent* evento)
@@ -118,8 +122,9 @@ void PxVistaTesto::paintEvent(QPaintEvent*)
 {
     QPainter p(viewport());
     p.setFont(font());
-    const int h = AltezzaRiga(), cw = LarghezzaCarattere(), ascesa = fontMetrics().ascent();
-    const int x0 = 4 - horizontalScrollBar()->value();
+    const int h = AltezzaRiga(), ascesa = fontMetrics().ascent();
+    const qreal cw = LarghezzaCarattere();
+    const qreal x0 = 4 - horizontalScrollBar()->value();
     const qsizetype prima = verticalScrollBar()->value();
     const qsizetype ultima = std::min(Righe(), prima + RigheVisibili() + 1);
     // The selection, in text positions.
@@ -129,8 +134,8 @@ void PxVistaTesto::paintEvent(QPaintEvent*)
     const QPalette& pal = palette();
     const QColor normale = pal.color(QPalette::Text);
     // Only the characters that fit across the view are drawn.
-    const qsizetype primaColonna = std::max(0, -x0 / cw);
-    const qsizetype colonneVisibili = viewport()->width() / cw + 2;
+    const qsizetype primaColonna = std::max<qsizetype>(0, static_cast<qsizetype>(-x0 / cw));
+    const qsizetype colonneVisibili = static_cast<qsizetype>(viewport()->width() / cw) + 2;
     for (qsizetype r = prima; r < ultima; ++r) {
         const int y = static_cast<int>(r - prima) * h;
         const qsizetype inizio = mC.Righe[static_cast<size_t>(r)];
@@ -139,7 +144,7 @@ void PxVistaTesto::paintEvent(QPaintEvent*)
         // Selected columns behind the text.
         const qsizetype sDa = std::clamp(selDa - inizio, da, a), sA = std::clamp(selA - inizio, da, a);
         if (sA > sDa)
-            p.fillRect(QRect(x0 + static_cast<int>(sDa) * cw, y, static_cast<int>(sA - sDa) * cw, h), pal.color(QPalette::Highlight));
+            p.fillRect(QRectF(x0 + static_cast<qreal>(sDa) * cw, y, static_cast<qreal>(sA - sDa) * cw, h), pal.color(QPalette::Highlight));
         // The line in stretches of one colour.
         auto t = std::upper_bound(mC.Tratti.begin(), mC.Tratti.end(), inizio + da,
                                   [](qsizetype v, const modCorpo::Tratto& tr) { return v < tr.Fine; });
@@ -156,16 +161,16 @@ void PxVistaTesto::paintEvent(QPaintEvent*)
                 fine = std::min(a, t->Inizio - inizio);
             }
             p.setPen(colore);
-            p.drawText(x0 + static_cast<int>(c) * cw, y + ascesa, mC.Testo.mid(inizio + c, fine - c));
+            p.drawText(QPointF(x0 + static_cast<qreal>(c) * cw, y + ascesa), mC.Testo.mid(inizio + c, fine - c));
             c = fine;
         }
     }
     // The caret.
     if (hasFocus() && mRiga >= prima && mRiga < ultima) {
         p.setPen(normale);
-        const int x = x0 + static_cast<int>(mColonna) * cw;
+        const qreal x = x0 + static_cast<qreal>(mColonna) * cw;
         const int y = static_cast<int>(mRiga - prima) * h;
-        p.drawLine(x, y, x, y + h - 1);
+        p.drawLine(QPointF(x, y), QPointF(x, y + h - 1));
     }
 }
 
@@ -190,7 +195,7 @@ void PxVistaTesto::RendiVisibile()
     else if (mRiga >= v->value() + RigheVisibili())
         v->setValue(static_cast<int>(mRiga - RigheVisibili() + 1));
     QScrollBar* o = horizontalScrollBar();
-    const int x = static_cast<int>(mColonna) * LarghezzaCarattere();
+    const int x = static_cast<int>(static_cast<qreal>(mColonna) * LarghezzaCarattere());
     if (x < o->value())
         o->setValue(x);
     else if (x + 8 > o->value() + viewport()->width())
@@ -252,9 +257,9 @@ void PxVistaTesto::keyPressEvent(QKeyEvent* evento)
 
 void PxVistaTesto::PosizioneDa(const QPoint& punto, qsizetype& riga, qsizetype& colonna) const
 {
-    const int cw = LarghezzaCarattere();
+    const qreal cw = LarghezzaCarattere();
     riga = verticalScrollBar()->value() + punto.y() / AltezzaRiga();
-    colonna = (punto.x() - 4 + horizontalScrollBar()->value() + cw / 2) / cw;
+    colonna = static_cast<qsizetype>((punto.x() - 4 + horizontalScrollBar()->value() + cw / 2) / cw);
 }
 
 void PxVistaTesto::mousePressEvent(QMouseEvent* evento)

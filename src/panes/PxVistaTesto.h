@@ -62,7 +62,7 @@ private:
     void AggiornaBarre();
     void RendiVisibile();
     int AltezzaRiga() const;
-    int LarghezzaCarattere() const;
+    qreal LarghezzaCarattere() const;
     int RigheVisibili() const;
 
     Contenuto mC;
