@@ -68,13 +68,7 @@ void frmCorpoDocumento::PulisciCorpo()
 
 void frmCorpoDocumento::CaricaCorpo(const pugi::xml_node& proprieta)
 {
-    const pugi::xml_node corpo = proprieta.child("FileCorpo");
-    QString file = QDir::fromNativeSeparators(QString::fromUtf8(corpo.child_value("Nome")).trimmed());
-    const QString cartella = QDir::fromNativeSeparators(QString::fromUtf8(corpo.child_value("Percorso")).trimmed());
-    if (!file.isEmpty() && !cartella.isEmpty())
-        file = QDir(cartella).filePath(file);
-    if (!file.isEmpty() && QDir::isRelativePath(file) && mContesto.Server())
-        file = QDir(mContesto.Server()->Cartella()).filePath(file);
+    const QString file = modCorpo::PercorsoFile(proprieta.child("FileCorpo"), mContesto.Server() ? mContesto.Server()->Cartella() : QString());
     std::ostringstream catalogoXml;
     proprieta.child("CatalogoSorgente").print(catalogoXml);
     const QByteArray catalogo = QByteArray::fromStdString(catalogoXml.str());

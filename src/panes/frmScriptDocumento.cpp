@@ -2,6 +2,7 @@
 
 #include "PxContesto.h"
 #include "PxSrvServer.h"
+#include "modCorpo.h"
 #include "modTraccia.h"
 
 #include <QDir>
@@ -92,13 +93,7 @@ void frmScriptDocumento::PulisciScript()
 
 void frmScriptDocumento::CaricaScript(const pugi::xml_node& proprieta)
 {
-    const pugi::xml_node script = proprieta.child("FileScript");
-    QString file = QDir::fromNativeSeparators(QString::fromUtf8(script.child_value("Nome")).trimmed());
-    const QString cartella = QDir::fromNativeSeparators(QString::fromUtf8(script.child_value("Percorso")).trimmed());
-    if (!file.isEmpty() && !cartella.isEmpty())
-        file = QDir(cartella).filePath(file);
-    if (!file.isEmpty() && QDir::isRelativePath(file) && mContesto.Server())
-        file = QDir(mContesto.Server()->Cartella()).filePath(file);
+    const QString file = modCorpo::PercorsoFile(proprieta.child("FileScript"), mContesto.Server() ? mContesto.Server()->Cartella() : QString());
     if (file == mFile)
         return;
     mFile = file;

@@ -2,6 +2,8 @@
 
 #include "modCp1252.h"
 
+#include <QDir>
+
 #include <pugixml.hpp>
 
 #include <string_view>
@@ -68,6 +70,19 @@ QByteArray Proteggi(QByteArray t)
 }
 
 } // namespace
+
+QString PercorsoFile(const pugi::xml_node& file, const QString& cartellaServer)
+{
+    QString nome = QDir::fromNativeSeparators(QString::fromUtf8(file.child_value("Nome")).trimmed());
+    const QString cartella = QDir::fromNativeSeparators(QString::fromUtf8(file.child_value("Percorso")).trimmed());
+    if (nome.isEmpty())
+        return {};
+    if (!cartella.isEmpty())
+        nome = QDir(cartella).filePath(nome);
+    if (QDir::isRelativePath(nome) && !cartellaServer.isEmpty())
+        nome = QDir(cartellaServer).filePath(nome);
+    return nome;
+}
 
 Catalogo LeggiCatalogo(const pugi::xml_node& catalogo)
 {

@@ -15,6 +15,10 @@ namespace pugi { class xml_node; }
 // coloured runs for Qt (Leggi), so the one formatter is the RTF writer.
 namespace modCorpo {
 
+// The file a document's file element names (its Percorso and Nome; a relative path is taken from
+// `cartellaServer`); "" when the element names none.
+QString PercorsoFile(const pugi::xml_node& file, const QString& cartellaServer);
+
 // How much of a body is shown.
 inline constexpr qsizetype Massimo = 1048576;
 

@@ -122,20 +122,9 @@ TEST(modCorpo, OnlyTheFirstMiBIsShownAndABadCatalogueMarksNothing)
 
 namespace {
 
-class Visualizzatori : public ::testing::Test
+class Visualizzatori : public SuiteConServer<0>
 {
 protected:
-    static void SetUpTestSuite()
-    {
-        sServer = new ServerInLinea;
-        ASSERT_TRUE(sServer->Avvia(0));
-    }
-    static void TearDownTestSuite()
-    {
-        delete sServer;
-        sServer = nullptr;
-    }
-
     QString Scrivi(const QString& nome, const QByteArray& dati)
     {
         QFile f(mDir.filePath(nome));
@@ -155,7 +144,6 @@ protected:
         return doc;
     }
 
-    static inline ServerInLinea* sServer = nullptr;
     QTemporaryDir mDir;
 };
 

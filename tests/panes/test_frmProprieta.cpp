@@ -27,20 +27,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 // The pane over a demo server, with objects whose descriptions the test writes.
-class Proprieta : public ::testing::Test
+class Proprieta : public SuiteConServer<0>
 {
 protected:
-    static void SetUpTestSuite()
-    {
-        sServer = new ServerInLinea;
-        ASSERT_TRUE(sServer->Avvia(0));
-    }
-    static void TearDownTestSuite()
-    {
-        delete sServer;
-        sServer = nullptr;
-    }
-
     void SetUp() override
     {
         mPane = std::make_unique<frmProprieta>(*sServer->Contesto);
@@ -73,7 +62,6 @@ protected:
     QModelIndex Voce(int testo) const { return mPane->Modello()->TrovaTesto(testo); }
     QString Valore(int testo) const { return Voce(testo).data(PxModelloProprieta::RuoloValoreIntero).toString(); }
 
-    static inline ServerInLinea* sServer = nullptr;
     std::unique_ptr<frmProprieta> mPane;
     std::unique_ptr<QSignalSpy> mCaricati;
     std::map<QString, int> mRichieste;

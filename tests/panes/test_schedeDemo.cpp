@@ -27,20 +27,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-class SchedeDemo : public ::testing::Test
+class SchedeDemo : public SuiteConServer<300>
 {
 protected:
-    static void SetUpTestSuite()
-    {
-        sServer = new ServerInLinea;
-        ASSERT_TRUE(sServer->Avvia(300));
-    }
-    static void TearDownTestSuite()
-    {
-        delete sServer;
-        sServer = nullptr;
-    }
-
     // The paths of layout `numero` missing under `base`, after the base itself.
     static std::set<std::string> Mancanti(int numero, const pugi::xml_node& base)
     {
@@ -59,7 +48,6 @@ protected:
         return s;
     }
 
-    static inline ServerInLinea* sServer = nullptr;
 };
 
 } // namespace

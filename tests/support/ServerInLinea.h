@@ -18,6 +18,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <gtest/gtest.h>
+
 #include <memory>
 
 class ServerInLinea
@@ -55,4 +57,23 @@ public:
     std::unique_ptr<PxCollegamentoDiretto> Collegamento;
     std::unique_ptr<PxSrvServer> Server;
     std::unique_ptr<PxContesto> Contesto;
+};
+
+// A test suite sharing one in-thread demo server of `Documenti` documents (made once per suite).
+template <int Documenti>
+class SuiteConServer : public ::testing::Test
+{
+protected:
+    static void SetUpTestSuite()
+    {
+        sServer = new ServerInLinea;
+        ASSERT_TRUE(sServer->Avvia(Documenti));
+    }
+    static void TearDownTestSuite()
+    {
+        delete sServer;
+        sServer = nullptr;
+    }
+
+    static inline ServerInLinea* sServer = nullptr;
 };
