@@ -35,6 +35,8 @@
 
 #include <pugixml.hpp>
 
+#include <limits>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -281,7 +283,11 @@ void frmProprieta::ChiediDescrizione(const Riferimento& r, bool collegato)
         mUltimaRisposta = QDateTime::currentMSecsSinceEpoch();
         modTraccia::Proteggi("frmProprieta_Descrizione", [&] {
             if (!risposta.Riuscita()) {
+                // Not asked again until the selection changes; no sheet of another object stays.
+                mUltimaRisposta = std::numeric_limits<qint64>::max() / 2;
                 modTraccia::Scrivi(2, QStringLiteral("frmProprieta: ") + risposta.Testo);
+                PulisciLayout();
+                mTitolo->setText(risposta.Testo);
                 return;
             }
             pugi::xml_document doc;

@@ -281,3 +281,20 @@ TEST_F(Proprieta, TheViewersFollowTheSelection)
     EXPECT_TRUE(corpo.Testo()->Vuoto());
     EXPECT_TRUE(corpo.File().isEmpty());
 }
+
+TEST_F(Proprieta, AnObjectTheServerCannotDescribeLeavesNoOtherSheetAndIsNotAskedAgain)
+{
+    mPane->Oggetto(Oggetto(u"D1"_s, Documento("Stampa", u"D1"_s)));
+    ASSERT_TRUE(Attendi());
+    int richieste = 0;
+    mPane->Collegato({u"X9"_s, true, [&](QObject* richiedente, PxSrvOggetto::Esito fatto) {
+                          ++richieste;
+                          QTimer::singleShot(0, richiedente, [fatto] {
+                              fatto(PxRisposta{modContratto::Rifiutato, u"Documento X9 sconosciuto"_s, {}});
+                          });
+                      }});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return mPane->LayoutVisualizzato() == 0; }, 5000));
+    QTest::qWait(1300);
+    EXPECT_EQ(richieste, 1);
+    EXPECT_EQ(mPane->Modello()->rowCount(), 0);
+}
