@@ -30,6 +30,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyledItemDelegate>
+#include <QToolButton>
 #include <QTreeView>
 #include <QVBoxLayout>
 
@@ -137,7 +138,9 @@ const modAlberoServer::Nodo* RigaAlbero(const QString& codice)
 
 frmProprieta::frmProprieta(PxContesto& contesto, QWidget* parent)
     : QWidget(parent), mContesto(contesto), mIcona(new QLabel(this)), mTitolo(new QLabel(this)),
-      mxpgProprieta(new QTreeView(this)), mModello(new PxModelloProprieta(contesto.Testi(), this))
+      mxpgProprieta(new QTreeView(this)), mAvvia(new QAction(contesto.Testi().LoadDllString(128), this)),
+      mSospendi(new QAction(contesto.Testi().LoadDllString(129), this)),
+      mModello(new PxModelloProprieta(contesto.Testi(), this))
 {
     setObjectName(QStringLiteral("frmProprieta"));
     mxpgProprieta->setObjectName(QStringLiteral("mxpgProprieta"));
@@ -167,10 +170,21 @@ frmProprieta::frmProprieta(PxContesto& contesto, QWidget* parent)
     mxpgProprieta->setContextMenuPolicy(Qt::ActionsContextMenu);
 
     mTitolo->setTextFormat(Qt::PlainText);
+    mAvvia->setToolTip(mContesto.Testi().LoadDllString(4011));
+    mSospendi->setToolTip(mContesto.Testi().LoadDllString(4012));
+    connect(mAvvia, &QAction::triggered, this, &frmProprieta::AvviaServizio);
+    connect(mSospendi, &QAction::triggered, this, &frmProprieta::SospendiServizio);
     auto* testata = new QHBoxLayout;
     testata->setContentsMargins(4, 2, 4, 2);
     testata->addWidget(mIcona);
     testata->addWidget(mTitolo, 1);
+    for (QAction* a : {mAvvia, mSospendi}) {
+        auto* pulsante = new QToolButton(this);
+        pulsante->setDefaultAction(a);
+        pulsante->setAutoRaise(true);
+        testata->addWidget(pulsante);
+    }
+    AbilitaComandi();
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
@@ -202,6 +216,7 @@ void frmProprieta::Oggetto(Riferimento oggetto)
     mOggetto = std::move(oggetto);
     mCollegato = {};
     mobjTimerCollegato.stop();
+    AbilitaComandi();
     if (!mOggetto.Valido() && mServerVisualizzato.isEmpty())
         FileLog({});
     mobjTimerProprieta.start();
@@ -244,6 +259,7 @@ void frmProprieta::PulisciLayout()
 {
     mModello->Pulisci();
     mStatoMostrato = -1;
+    AbilitaComandi();
 }
 
 void frmProprieta::mobjTimerProprieta_TimerEvent()
@@ -438,7 +454,20 @@ void frmProprieta::ImpostaStato(int codice)
     case 8: break; // its own branch: the commands change, the colour does not
     default: mModello->ImpostaColore(1, QColor(0, 0, 255)); break;
     }
+    AbilitaComandi();
     emit StatoServizioCambiato(codice);
+}
+
+void frmProprieta::AbilitaComandi()
+{
+    // A service or worker on display (not a folder, nor a printer or client of a list): start
+    // what does not run, suspend what runs; a service that cannot run (8) gets neither.
+    const modAlberoServer::Nodo* riga = RigaAlbero(mServerVisualizzato.section(u'|', 0, 0));
+    const bool servizio = !mOggetto.Valido() && riga
+        && (riga->Tipo == modAlberoServer::Genere::Servizio || riga->Tipo == modAlberoServer::Genere::Server)
+        && LayoutVisualizzato() > 0;
+    mAvvia->setEnabled(servizio && mStatoMostrato != 4 && mStatoMostrato != 8 && mStatoMostrato >= 0);
+    mSospendi->setEnabled(servizio && mStatoMostrato == 4);
 }
 
 void frmProprieta::AvviaServizio()

@@ -11,6 +11,7 @@
 class PxContesto;
 class PxModelloProprieta;
 class PxSrvServizio;
+class QAction;
 class QLabel;
 class QTreeView;
 class frmCorpoDocumento;
@@ -78,6 +79,9 @@ public:
     void AggiornaInformazioniClasseVisualizzata();
 
     PxModelloProprieta* Modello() const { return mModello; }
+    // The pane's start and suspend buttons (enabled for a service or worker by its state).
+    QAction* ComandoAvvia() const { return mAvvia; }
+    QAction* ComandoSospendi() const { return mSospendi; }
     QTreeView* Griglia() const { return mxpgProprieta; }
     // The state code last shown for the service (-1: none yet).
     int StatoMostrato() const { return mStatoMostrato; }
@@ -105,6 +109,7 @@ private:
     void Descrivi(const pugi::xml_document& doc, bool collegato);
     void ChiediDescrizione(const Riferimento& r, bool collegato);
     void ImpostaStato(int codice);
+    void AbilitaComandi();
     void Esegui(const QModelIndex& indice);
     void Copia();
     PxSrvServizio* ServizioVisualizzato() const;
@@ -118,6 +123,8 @@ private:
     QLabel* mIcona;
     QLabel* mTitolo;
     QTreeView* mxpgProprieta;
+    QAction* mAvvia;
+    QAction* mSospendi;
     PxModelloProprieta* mModello;
     QPointer<frmLog> mLog;
     QPointer<frmCorpoDocumento> mCorpo;

@@ -157,6 +157,8 @@ TEST_F(Proprieta, AServiceSheetColoursItsStateOnlyWhenTheCodeChanges)
     EXPECT_EQ(Voce(3200).data(Qt::ForegroundRole).value<QColor>(), QColor(0, 192, 0));
     ASSERT_EQ(stati.count(), 1);
     EXPECT_EQ(stati.at(0).at(0).toInt(), modCatalogo::StatoInFunzione);
+    EXPECT_TRUE(mPane->ComandoSospendi()->isEnabled());
+    EXPECT_FALSE(mPane->ComandoAvvia()->isEnabled());
 
     // The same code again: the colour is not set a second time.
     QSignalSpy ricostruzioni(mPane->Modello(), &QAbstractItemModel::modelReset);
@@ -169,7 +171,20 @@ TEST_F(Proprieta, AServiceSheetColoursItsStateOnlyWhenTheCodeChanges)
     ASSERT_TRUE(QTest::qWaitFor([&] { return stati.count() == 2; }, 5000));
     EXPECT_EQ(Voce(3200).data(Qt::ForegroundRole).value<QColor>(), QColor(0, 0, 255));
     EXPECT_EQ(ricostruzioni.count(), 0) << "refreshes of the same sheet never rebuild it";
-    sServer->Ref->ServizioRef(u"PxSrvStampe"_s)->AvviaServizio();
+
+    // The pane's own start command runs it again.
+    ASSERT_TRUE(mPane->ComandoAvvia()->isEnabled());
+    EXPECT_FALSE(mPane->ComandoSospendi()->isEnabled());
+    mPane->ComandoAvvia()->trigger();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return stati.count() == 3; }, 5000));
+    EXPECT_EQ(sServer->Ref->ServizioRef(u"PxSrvStampe"_s)->CodiceStato(), modCatalogo::StatoInFunzione);
+    EXPECT_TRUE(mPane->ComandoSospendi()->isEnabled());
+
+    // A printer of the service's list is not the service: neither command.
+    mPane->VisualizzaServer(u"3) Etichette magazzino"_s, u"SrvStampante|3"_s);
+    ASSERT_TRUE(Attendi());
+    EXPECT_FALSE(mPane->ComandoAvvia()->isEnabled());
+    EXPECT_FALSE(mPane->ComandoSospendi()->isEnabled());
 }
 
 TEST_F(Proprieta, ListNodesFormatsTimeStampsAndTheLogFollowTheNode)
