@@ -242,6 +242,7 @@ void frmProprieta::VisualizzaServer(const QString& caption, const QString& chiav
 {
     mServerVisualizzato = chiave;
     mCaptionVisualizzata = caption;
+    mStatoRiempito.clear(); // another node may share the sheet and the state
     mTitolo->setText(caption);
     Oggetto({});
 }
@@ -259,6 +260,7 @@ void frmProprieta::PulisciLayout()
 {
     mModello->Pulisci();
     mStatoMostrato = -1;
+    mStatoRiempito.clear();
     AbilitaComandi();
 }
 
@@ -346,10 +348,8 @@ void frmProprieta::Carica(int layout, const pugi::xml_node& oggetto)
     if (LayoutVisualizzato() != layout)
         Costruisci(layout, {});
     const pugi::xml_node proprieta = oggetto.child("Proprieta");
-    QString log = QDir::fromNativeSeparators(QString::fromUtf8(proprieta.child_value("FileLog")).trimmed());
-    if (!log.isEmpty() && QDir::isRelativePath(log) && mContesto.Server())
-        log = QDir(mContesto.Server()->Cartella()).filePath(log);
-    FileLog(log);
+    FileLog(PxSrvServer::PercorsoLocale(QString::fromUtf8(proprieta.child_value("FileLog")),
+                                        mContesto.Server() ? mContesto.Server()->Cartella() : QString()));
     mxpgProprieta->setUpdatesEnabled(false);
     mModello->Riempi(proprieta);
     mxpgProprieta->setUpdatesEnabled(true);
@@ -399,6 +399,14 @@ void frmProprieta::RiempiServizio()
         PulisciLayout();
         return;
     }
+    // A folder's documents are logged by its service: that is the log worth reading.
+    const modTabellaCartelle::Cartella* cartella = modTabellaCartelle::Trova(codice);
+    PxSrvServizio* proprietario = cartella ? mContesto.Server()->Servizio(QString::fromLatin1(cartella->Servizio)) : nullptr;
+    // Nothing changed since the last fill: nothing to read again.
+    const QString stato = servizio->StatoXml();
+    const QString statoProprietario = proprietario ? proprietario->StatoXml() : QString();
+    if (LayoutVisualizzato() == layout->Numero && stato == mStatoRiempito && statoProprietario == mStatoProprietario)
+        return;
     pugi::xml_document doc;
     servizio->LeggiStato(doc);
     pugi::xml_node base = doc.document_element();
@@ -425,21 +433,18 @@ void frmProprieta::RiempiServizio()
     }
     mTitolo->setText(mCaptionVisualizzata);
     ImpostaStato(base.child("Stato").child("Codice").text().as_int(-1));
-    QString log = QString::fromUtf8(base.child_value("FileLog")).trimmed();
-    if (const modTabellaCartelle::Cartella* c = modTabellaCartelle::Trova(codice))
-        if (PxSrvServizio* proprietario = mContesto.Server()->Servizio(QString::fromLatin1(c->Servizio))) {
-            // A folder's documents are logged by its service: that is the log worth reading.
-            pugi::xml_document stato;
-            proprietario->LeggiStato(stato);
-            log = QString::fromUtf8(stato.document_element().child_value("FileLog")).trimmed();
-        }
-    log = QDir::fromNativeSeparators(log);
-    if (!log.isEmpty() && QDir::isRelativePath(log))
-        log = QDir(mContesto.Server()->Cartella()).filePath(log);
-    FileLog(log);
+    QString log = QString::fromUtf8(base.child_value("FileLog"));
+    if (proprietario) {
+        pugi::xml_document statoServizio;
+        proprietario->LeggiStato(statoServizio);
+        log = QString::fromUtf8(statoServizio.document_element().child_value("FileLog"));
+    }
+    FileLog(mContesto.Server()->PercorsoLocale(log));
     mxpgProprieta->setUpdatesEnabled(false);
     mModello->Riempi(base);
     mxpgProprieta->setUpdatesEnabled(true);
+    mStatoRiempito = stato;
+    mStatoProprietario = statoProprietario;
     emit Caricato(layout->Numero);
 }
 
@@ -497,6 +502,7 @@ void frmProprieta::InfoDescrizione()
 void frmProprieta::AggiornaInformazioniClasseVisualizzata()
 {
     mStatoMostrato = -1; // the colour and the commands are set again
+    mStatoRiempito.clear();
     InfoDescrizione();
 }
 
@@ -521,9 +527,7 @@ void frmProprieta::Esegui(const QModelIndex& indice)
         PxSrvServer* server = mContesto.Server();
         if (testo.isEmpty() || !server)
             return;
-        testo = QDir::fromNativeSeparators(testo);
-        if (QDir::isRelativePath(testo))
-            testo = QDir(server->Cartella()).filePath(testo);
+        testo = server->PercorsoLocale(testo);
         static const QStringList Estensioni = {u"log"_s, u"txt"_s, u"pdf"_s, u"tif"_s, u"tiff"_s, u"xml"_s,
                                                u"bpx"_s, u"spx"_s, u"hpx"_s};
         const bool cartella = QFileInfo(testo).isDir();

@@ -139,6 +139,8 @@ private:
     QString mCaptionVisualizzata;
     qint32 mIconaVisualizzata = 0;
     int mStatoMostrato = -1;
+    QString mStatoRiempito;     // the state XML (and its folder's service's) the sheet was last filled from
+    QString mStatoProprietario;
     quint64 mGenerazione = 0;       // bumped at every selection: late answers are dropped
     bool mInAttesa = false;         // a description request is out
     qint64 mUltimaRisposta = 0;     // msecs since epoch of the last description read

@@ -1,5 +1,6 @@
 #include "modCorpo.h"
 
+#include "PxSrvServer.h"
 #include "modCp1252.h"
 
 #include <QDir>
@@ -73,15 +74,11 @@ QByteArray Proteggi(QByteArray t)
 
 QString PercorsoFile(const pugi::xml_node& file, const QString& cartellaServer)
 {
-    QString nome = QDir::fromNativeSeparators(QString::fromUtf8(file.child_value("Nome")).trimmed());
+    const QString nome = QDir::fromNativeSeparators(QString::fromUtf8(file.child_value("Nome")).trimmed());
     const QString cartella = QDir::fromNativeSeparators(QString::fromUtf8(file.child_value("Percorso")).trimmed());
     if (nome.isEmpty())
         return {};
-    if (!cartella.isEmpty())
-        nome = QDir(cartella).filePath(nome);
-    if (QDir::isRelativePath(nome) && !cartellaServer.isEmpty())
-        nome = QDir(cartellaServer).filePath(nome);
-    return nome;
+    return PxSrvServer::PercorsoLocale(cartella.isEmpty() ? nome : QDir(cartella).filePath(nome), cartellaServer);
 }
 
 Catalogo LeggiCatalogo(const pugi::xml_node& catalogo)

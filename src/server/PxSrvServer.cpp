@@ -1,5 +1,7 @@
 #include "PxSrvServer.h"
 
+#include <QDir>
+
 #include "PxCollegamento.h"
 #include "PxSrvBkgConsole.h"
 #include "PxSrvCartellaDocumenti.h"
@@ -25,6 +27,14 @@ PxSrvServer::PxSrvServer(PxCollegamento* collegamento, QObject* parent)
 }
 
 PxSrvServer::~PxSrvServer() = default;
+
+QString PxSrvServer::PercorsoLocale(const QString& scritto, const QString& cartellaServer)
+{
+    const QString percorso = QDir::fromNativeSeparators(scritto.trimmed());
+    if (percorso.isEmpty() || !QDir::isRelativePath(percorso) || cartellaServer.isEmpty())
+        return percorso;
+    return QDir(cartellaServer).filePath(percorso);
+}
 
 bool PxSrvServer::FileLocali() const { return mCollegamento && mCollegamento->FileLocali(); }
 

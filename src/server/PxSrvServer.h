@@ -39,6 +39,10 @@ public:
 
     // The server folder: configuration, documents, logs.
     QString Cartella() const { return mCartella; }
+    // A path as the server wrote it (native separators, perhaps relative to the server folder),
+    // as this machine names it; "" stays "".
+    static QString PercorsoLocale(const QString& scritto, const QString& cartellaServer);
+    QString PercorsoLocale(const QString& scritto) const { return PercorsoLocale(scritto, mCartella); }
     // The text that identifies this server (name and version).
     QString Identificativo() const { return mIdentificativo; }
     // The server's run state: 4 running.

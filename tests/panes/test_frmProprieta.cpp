@@ -160,10 +160,12 @@ TEST_F(Proprieta, AServiceSheetColoursItsStateOnlyWhenTheCodeChanges)
     EXPECT_TRUE(mPane->ComandoSospendi()->isEnabled());
     EXPECT_FALSE(mPane->ComandoAvvia()->isEnabled());
 
-    // The same code again: the colour is not set a second time.
+    // The same code again (the activity changed): the colour is not set a second time.
     QSignalSpy ricostruzioni(mPane->Modello(), &QAbstractItemModel::modelReset);
     mPane->Modello()->ImpostaColore(1, Qt::black);
+    sServer->Ref->ServizioRef(u"PxSrvStampe"_s)->ImpostaAttivita(u"Stampa in corso"_s);
     ASSERT_TRUE(Attendi());
+    EXPECT_EQ(Valore(3201), u"Stampa in corso"_s);
     EXPECT_EQ(Voce(3200).data(Qt::ForegroundRole).value<QColor>(), QColor(Qt::black));
     EXPECT_EQ(stati.count(), 1);
 
@@ -209,15 +211,23 @@ TEST_F(Proprieta, ListNodesFormatsTimeStampsAndTheLogFollowTheNode)
     frmLog log(*sServer->Contesto);
     mPane->ImpostaLog(&log);
     QSignalSpy letture(&log, &frmLog::Letto);
+    RefServizio* faxVm = sServer->Ref->ServizioRef(u"PxSrvFaxVm"_s);
     mPane->VisualizzaServer(u"Fax virtual machine"_s, u"SrvFaxVm"_s);
     ASSERT_TRUE(Attendi());
+    faxVm->ImpostaAttivita(u"Composizione del numero"_s);
     ASSERT_TRUE(Attendi());
     ASSERT_TRUE(QTest::qWaitFor([&] { return letture.count() > 0; }, 5000));
     EXPECT_TRUE(log.File().endsWith(u"PxSrvFaxVm.log"_s)) << log.File().toStdString();
     EXPECT_EQ(mPane->FileLog(), log.File());
+    faxVm->ImpostaAttivita(u"Trasmissione"_s);
     ASSERT_TRUE(Attendi());
     QTest::qWait(50);
     EXPECT_EQ(letture.count(), 1);
+
+    // An unchanged state is not read again: no fill in three ticks.
+    const qsizetype riempimenti = mCaricati->count();
+    QTest::qWait(300);
+    EXPECT_EQ(mCaricati->count(), riempimenti);
 
     // A folder shows the log of the service that owns it.
     mPane->VisualizzaServer(u"Documenti fax"_s, u"SrvDocFax"_s);
