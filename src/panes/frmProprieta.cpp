@@ -213,6 +213,7 @@ void frmProprieta::Oggetto(Riferimento oggetto)
     ++mGenerazione;
     mInAttesa = false;
     mUltimaRisposta = 0;
+    mDescrizione.clear();
     mOggetto = std::move(oggetto);
     mCollegato = {};
     mobjTimerCollegato.stop();
@@ -228,6 +229,7 @@ void frmProprieta::Collegato(Riferimento collegato)
     ++mGenerazione;
     mInAttesa = false;
     mUltimaRisposta = 0;
+    mDescrizione.clear();
     if (mCollegato.Valido()) {
         // The linked document takes over the sheet until the selection changes.
         mobjTimerProprieta.stop();
@@ -261,6 +263,7 @@ void frmProprieta::PulisciLayout()
     mModello->Pulisci();
     mStatoMostrato = -1;
     mStatoRiempito.clear();
+    mDescrizione.clear();
     AbilitaComandi();
 }
 
@@ -308,6 +311,10 @@ void frmProprieta::ChiediDescrizione(const Riferimento& r, bool collegato)
                 mTitolo->setText(risposta.Testo);
                 return;
             }
+            // The same description as last time: the sheet already shows it.
+            if (risposta.Testo == mDescrizione && LayoutVisualizzato() > 0)
+                return;
+            mDescrizione = risposta.Testo;
             pugi::xml_document doc;
             const QByteArray xml = risposta.Testo.toUtf8();
             if (!doc.load_buffer(xml.constData(), static_cast<size_t>(xml.size()), pugi::parse_default | pugi::parse_ws_pcdata_single,

@@ -144,4 +144,5 @@ private:
     quint64 mGenerazione = 0;       // bumped at every selection: late answers are dropped
     bool mInAttesa = false;         // a description request is out
     qint64 mUltimaRisposta = 0;     // msecs since epoch of the last description read
+    QString mDescrizione;           // the last description shown
 };

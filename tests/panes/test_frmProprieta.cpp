@@ -77,6 +77,12 @@ TEST_F(Proprieta, ABurstOfSelectionsLoadsOnlyTheLast)
     EXPECT_EQ(mRichieste, (std::map<QString, int>{{u"D5"_s, 1}}));
     EXPECT_EQ(Valore(3006), u"D5"_s);
     EXPECT_EQ(mPane->LayoutVisualizzato(), 40);
+
+    // Asked again while it stays selected; the same description does not fill the sheet again.
+    const qsizetype riempimenti = mCaricati->count();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return mRichieste[u"D5"_s] == 2; }, 5000));
+    QTest::qWait(50);
+    EXPECT_EQ(mCaricati->count(), riempimenti);
 }
 
 TEST_F(Proprieta, TheSameKindKeepsTheTreeAnotherKindRebuildsIt)
