@@ -243,15 +243,6 @@ TEST_F(Proprieta, ListNodesFormatsTimeStampsAndTheLogFollowTheNode)
 
 TEST_F(Proprieta, ActionsOpenOnlyTheirTextAndOnlyInsideTheServerFolder)
 {
-    using modSchede::Azione;
-    EXPECT_EQ(frmProprieta::TestoAzione(modSchede::Percorso, u"a"_s, u"b"_s), u"a"_s);
-    EXPECT_EQ(frmProprieta::TestoAzione(modSchede::FileLog, u"a"_s, u"b"_s), u"a"_s);
-    EXPECT_EQ(frmProprieta::TestoAzione(modSchede::PercorsoFile, u"a"_s, u"b"_s), u"b"_s);
-    EXPECT_EQ(frmProprieta::TestoAzione(modSchede::FileLog2, u"a"_s, u"b"_s), u"b"_s);
-    EXPECT_EQ(frmProprieta::TestoAzione(modSchede::ApriPercorso, u"a"_s, u"b"_s), QString());
-    EXPECT_EQ(frmProprieta::TestoAzione(modSchede::Nessuna, u"a"_s, u"b"_s), QString());
-    EXPECT_EQ(frmProprieta::TestoAzione(modSchede::Percorso, u"  "_s, u"b"_s), QString());
-
     // A body file outside the server folder, and a header with no file at all.
     mPane->Oggetto(Oggetto(u"D1"_s, Documento("Stampa", u"D1"_s,
                                               u"<FileCorpo><Percorso>/etc</Percorso><Nome>passwd</Nome></FileCorpo>"

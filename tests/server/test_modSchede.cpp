@@ -82,14 +82,3 @@ TEST(modSchede, EveryValueHasAPathAndNoPathRepeatsWithinALayout)
         }
     }
 }
-
-TEST(modSchede, CodesFindTheirLayouts)
-{
-    EXPECT_EQ(modSchede::DelCodice(u"SrvFaxVm")->Numero, 27);
-    EXPECT_EQ(modSchede::DelCodice(u"CaricaProprietaDocAnterpima")->Numero, 39);
-    EXPECT_EQ(modSchede::DellOggetto(u"EFax")->Numero, 45);
-    EXPECT_EQ(modSchede::DellOggetto(u"Frontespizio")->Numero, 48);
-    EXPECT_EQ(modSchede::DelCodice(u"SrvNonEsiste"), nullptr);
-    EXPECT_EQ(modSchede::DellOggetto(u"fax"), nullptr) << "kinds match exactly";
-    EXPECT_TRUE(modSchede::Espansa(50).empty());
-}
