@@ -510,7 +510,7 @@ QString RefCartellaDocumenti::Verifica(const QString& id, qint32 coda) const
     return {};
 }
 
-QString RefCartellaDocumenti::Sposta(const QString& id, qint32 coda, const QString& stato)
+QString RefCartellaDocumenti::Sposta(const QString& id, qint32 coda, const QString& stato, qint32 tentativi)
 {
     if (const QString errore = Verifica(id, coda); !errore.isEmpty())
         return errore;
@@ -533,6 +533,8 @@ QString RefCartellaDocumenti::Sposta(const QString& id, qint32 coda, const QStri
     d.Elaborato = QDateTime::currentDateTime();
     if (!stato.isEmpty())
         d.Stato = stato;
+    if (tentativi >= 0)
+        d.Tentativi = tentativi;
     Rinnova(*it);
     QString errore;
     if (!ScriviDescrizione(d, &errore))
@@ -545,7 +547,7 @@ QString RefCartellaDocumenti::Sposta(const QString& id, qint32 coda, const QStri
     return {};
 }
 
-QString RefCartellaDocumenti::Respingi(const QString& id, qint32 coda, qint32 codice, const QString& motivo)
+QString RefCartellaDocumenti::Respingi(const QString& id, qint32 coda, qint32 codice, const QString& motivo, qint32 tentativi)
 {
     if (const QString errore = Verifica(id, coda); !errore.isEmpty())
         return errore;
@@ -555,7 +557,7 @@ QString RefCartellaDocumenti::Respingi(const QString& id, qint32 coda, qint32 co
     d.CodiceErrore = codice;
     d.Errore = motivo;
     ++d.Rifiuti;
-    const QString errore = Sposta(id, coda, motivo);
+    const QString errore = Sposta(id, coda, motivo, tentativi);
     if (!errore.isEmpty()) {
         d = prima;
         Rinnova(*it);

@@ -57,10 +57,11 @@ public:
     // Creates a document in queue d.Coda: its folder appears complete or not at all.
     // Returns "" or the reason it could not.
     QString Crea(DatiDocumento d, const std::vector<FileNuovo>& file, bool annuncia = true);
-    // Moves one document to `coda`; `stato` (when not empty) becomes its state text.
-    QString Sposta(const QString& id, qint32 coda, const QString& stato = {});
+    // Moves one document to `coda`; `stato` (when not empty) becomes its state text, and
+    // `tentativi` (when not negative) its count of attempts, both only once it has moved.
+    QString Sposta(const QString& id, qint32 coda, const QString& stato = {}, qint32 tentativi = -1);
     // Rejects a document: records the error, counts the rejection and moves it to `coda`.
-    QString Respingi(const QString& id, qint32 coda, qint32 codice, const QString& motivo);
+    QString Respingi(const QString& id, qint32 coda, qint32 codice, const QString& motivo, qint32 tentativi = -1);
     // Writes the output file (PDF or TIFF) of a document and records it.
     QString ScriviUscita(const QString& id, modCartelle::Uscita tipo);
 

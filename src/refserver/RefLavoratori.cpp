@@ -3,23 +3,43 @@
 #include "RefCartellaDocumenti.h"
 #include "RefServizio.h"
 #include "modCatalogo.h"
+#include "modDemoErrori.h"
 #include "modProprieta.h"
 
 #include <QHash>
 
+#include <pugixml.hpp>
+
+#include <algorithm>
+#include <string_view>
+
 using namespace Qt::StringLiterals;
 
-namespace {
-
-// What went wrong, when a document is rejected.
-std::pair<qint32, QString> MotivoRifiuto(std::mt19937& caso)
+qint32 RefLavoratori::CodaNuovoTentativo(const modCartelle::Definizione& def, const modCartelle::Passo& passo)
 {
-    const auto motivi = modCartelle::MotiviRifiuto();
-    const modCartelle::Motivo& m = motivi[caso() % motivi.size()];
-    return {m.Codice, QString::fromUtf8(m.Testo)};
+    for (const modCartelle::Passo& p : def.Passi)
+        if (p.A == passo.Da && p.Da != passo.Da)
+            return p.Da;
+    return passo.Da;
 }
 
-} // namespace
+qint32 RefLavoratori::TentativiMassimi(RefServizio* lavoratore)
+{
+    const auto it = mTentativiMassimi.constFind(lavoratore);
+    if (it != mTentativiMassimi.cend())
+        return *it;
+    // The worker's own setting, wherever its configuration keeps it (a fax line keeps it
+    // under Trasmissione); read once.
+    qint32 massimo = modDemoErrori::TentativiPredefiniti;
+    pugi::xml_document doc;
+    if (doc.load_string(lavoratore->StatoXml().toUtf8().constData()))
+        if (const pugi::xml_node n = doc.document_element().find_node([](const pugi::xml_node& x) {
+                return std::string_view(x.name()) == "NumeroTentativiInvio";
+            }))
+            massimo = std::clamp(n.text().as_int(massimo), 1, 99);
+    mTentativiMassimi.insert(lavoratore, massimo);
+    return massimo;
+}
 
 RefLavoratori::RefLavoratori(QList<RefCartellaDocumenti*> cartelle, Servizio servizio, QObject* parent)
     : QObject(parent), mCartelle(std::move(cartelle)), mServizio(std::move(servizio)), mTimer(this)
@@ -78,8 +98,12 @@ int RefLavoratori::Lavora()
                 continue;
             const QString chiaveCartella = cartella->Chiave() + u'/';
             const QStringList presi = cartella->Coda(passo->Da, mPerPasso, [&](const QString& id) {
-                const auto b = mBloccati.constFind(chiaveCartella + id);
-                return b != mBloccati.cend() && b->ProssimoTentativo > mTick;
+                const QString chiave = chiaveCartella + id;
+                const auto b = mBloccati.constFind(chiave);
+                if (b != mBloccati.cend() && b->ProssimoTentativo > mTick)
+                    return true;
+                const auto t = mNuoviTentativi.constFind(chiave);
+                return t != mNuoviTentativi.cend() && *t > mTick;
             });
             if (presi.isEmpty())
                 continue;
@@ -89,28 +113,48 @@ int RefLavoratori::Lavora()
                 const DatiDocumento* d = cartella->Trova(id);
                 if (!d)
                     continue;
-                const bool respinto = passo->PuoRespingere && static_cast<int>(mCaso() % 100) < mRespinti;
+                const QString chiave = chiaveCartella + id;
+                const bool tentativo = ContaTentativi(*passo);
+                const qint32 tentativi = d->Tentativi + (tentativo ? 1 : 0);
+                const bool fallito = passo->PuoRespingere && static_cast<int>(mCaso() % 100) < mRespinti;
                 QString errore;
-                if (respinto) {
-                    const qint32 destinazione = d->Rifiuti > 0 ? def.CodaScartati : def.CodaRespinti;
-                    const auto [codice, motivo] = MotivoRifiuto(mCaso);
-                    errore = cartella->Respingi(id, destinazione, codice, motivo);
-                    if (errore.isEmpty())
-                        lavoratore->Log().Scrivi(1, QStringLiteral("%1 respinto").arg(id));
+                if (fallito) {
+                    const auto errori = modDemoErrori::Di(QString::fromLatin1(passo->Lavoratore));
+                    const modDemoErrori::Errore& e = errori[mCaso() % errori.size()];
+                    const qint32 massimo = TentativiMassimi(lavoratore);
+                    if (tentativo && e.Ripetibile && tentativi < massimo) {
+                        // A passing fault: back to wait for the next attempt.
+                        const QString stato = StatoNuovoTentativo(tentativi, massimo);
+                        errore = cartella->Sposta(id, CodaNuovoTentativo(def, *passo), stato, tentativi);
+                        if (errore.isEmpty()) {
+                            mNuoviTentativi.insert(chiave, mTick + AttesaTentativo);
+                            lavoratore->Log().Scrivi(2, QStringLiteral("%1: %2").arg(id, stato));
+                        }
+                    } else {
+                        const qint32 destinazione = d->Rifiuti > 0 ? def.CodaScartati : def.CodaRespinti;
+                        // The attempts the text names are the ones the document records: a
+                        // passing fault met outside a delivery stage was retried inside the worker.
+                        const qint32 contati = tentativo ? tentativi : (e.Ripetibile ? massimo : -1);
+                        const QString motivo = modDemoErrori::Testo(e, contati);
+                        errore = cartella->Respingi(id, destinazione, e.Codice, motivo, contati);
+                        if (errore.isEmpty())
+                            lavoratore->Log().Scrivi(1, QStringLiteral("%1 respinto: %2").arg(id, motivo));
+                    }
                 } else {
                     if (passo->Produce != modCartelle::Uscita::Nessuna)
                         errore = cartella->ScriviUscita(id, passo->Produce);
                     if (errore.isEmpty())
-                        errore = cartella->Sposta(id, passo->A, modProprieta::DescrizioneCoda(def.Genere, passo->A));
+                        errore = cartella->Sposta(id, passo->A, modProprieta::DescrizioneCoda(def.Genere, passo->A),
+                                                  tentativo ? tentativi : -1);
                 }
                 if (!errore.isEmpty()) {
-                    if (RegistraBlocco(chiaveCartella + id, errore)) {
+                    if (RegistraBlocco(chiave, errore)) {
                         lavoratore->ImpostaErrore(30, errore);
                         cartella->ImpostaStato(id, u"Bloccato: "_s + errore);
                     }
                     continue;
                 }
-                mBloccati.remove(chiaveCartella + id);
+                mBloccati.remove(chiave);
                 ++fatti;
                 ++spostati;
             }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "modCartelle.h"
+
 #include <QHash>
 #include <QObject>
 #include <QTimer>
@@ -12,8 +14,13 @@ class RefServizio;
 
 // The workers of the reference server: on each tick every stage of every folder takes a few
 // documents from its queue and moves them on, when both the folder's service and the stage's
-// worker are running. A configurable share of the documents is rejected with an error text;
-// a document rejected for the second time is discarded.
+// worker are running. A configurable share of the passes fails with one of the worker's own
+// errors (modDemoErrori); a document rejected for the second time is discarded.
+//
+// A stage that delivers (prints, transmits, publishes) counts each pass as an attempt in the
+// document's Tentativi. A passing fault there (a busy line) sends the document back to the
+// queue before the stage, to be tried again after a few ticks; after the worker's last attempt
+// (its NumeroTentativiInvio, else 3) it is rejected with a text that names that many attempts.
 //
 // A document that cannot be moved (the disk refuses) never stops its stage: it is left out,
 // retried after 1, 2, 4 ... up to 256 ticks, its state shows "Bloccato: <reason>", and the
@@ -38,6 +45,21 @@ public:
     // How many documents are waiting to be retried.
     qsizetype Bloccati() const { return mBloccati.size(); }
     static constexpr quint64 AttesaMassima = 256; // ticks
+    static constexpr quint64 AttesaTentativo = 3; // ticks between two attempts of a delivery
+
+    // Whether each pass of `passo` is a delivery attempt, counted in the document's Tentativi.
+    static bool ContaTentativi(const modCartelle::Passo& passo)
+    {
+        return passo.PuoRespingere && passo.Produce == modCartelle::Uscita::Nessuna;
+    }
+    // Where a document waits for its next attempt at `passo`: the queue of the stage that
+    // leads into it, or the stage's own queue when none does.
+    static qint32 CodaNuovoTentativo(const modCartelle::Definizione& def, const modCartelle::Passo& passo);
+    // The state text of a document waiting for its next attempt, after `fatti` of `massimo`.
+    static QString StatoNuovoTentativo(qint32 fatti, qint32 massimo)
+    {
+        return QStringLiteral("Tentativo %1 di %2 non riuscito, nuovo tentativo fra poco").arg(fatti).arg(massimo);
+    }
 
 public slots:
     // One tick of every stage; returns the number of documents moved.
@@ -58,8 +80,12 @@ private:
     };
     // Returns true when the failure is new or its reason changed (worth a report).
     bool RegistraBlocco(const QString& chiave, const QString& errore);
+    // Attempts `lavoratore` makes before it rejects for a passing fault.
+    qint32 TentativiMassimi(RefServizio* lavoratore);
 
     std::mt19937 mCaso{20261122u};
     quint64 mTick = 0;
     QHash<QString, Blocco> mBloccati; // "<folder>/<id>"
+    QHash<QString, quint64> mNuoviTentativi; // "<folder>/<id>" -> the tick from which it may be tried again
+    QHash<const RefServizio*, qint32> mTentativiMassimi;
 };

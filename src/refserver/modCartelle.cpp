@@ -33,7 +33,8 @@ constexpr Passo PassiEmail[] = {
     {4, 5, "PxSrvRprtEml", "Stampa dei cedolini", No, false},
     {5, 6, "PxSrvRprtEml", "Stampa dei cedolini", No, true},
 };
-// The fax stages: conversion, transmission, confirmation, report print, notification.
+// The fax stages: conversion, transmission, confirmation, report print, notification; a fax
+// also to be published waits in queue 12 for the publication worker.
 constexpr Passo PassiFax[] = {
     {0, 1, "PxSrvTifVm", "Conversione in tiff", No, false},
     {1, 2, "PxSrvTifVm", "Conversione in tiff", Tif, true},
@@ -44,6 +45,7 @@ constexpr Passo PassiFax[] = {
     {5, 6, "PxSrvRprtFax", "Stampa dei rapporti", No, false},
     {6, 7, "PxSrvNtfcFax", "Invio delle notifiche", No, false},
     {7, 8, "PxSrvNtfcFax", "Invio delle notifiche", No, false},
+    {12, 8, "PxSrvPblVm", "Pubblicazione dei fax", No, false},
 };
 constexpr Passo PassiPFax[] = {
     {0, 1, "PxSrvPFaxVm", "Stampa su printer fax", No, false},
@@ -83,18 +85,6 @@ const Definizione Tabella[] = {
 } // namespace
 
 std::span<const Definizione> Cartelle() { return Tabella; }
-
-std::span<const Motivo> MotiviRifiuto()
-{
-    static constexpr Motivo motivi[] = {
-        {12, "Errore 12: destinatario non raggiungibile"},
-        {27, "Errore 27: linea occupata dopo 3 tentativi"},
-        {41, "Errore 41: formato del corpo non riconosciuto"},
-        {55, "Errore 55: stampante non disponibile"},
-        {63, "Errore 63: il server smtp ha rifiutato il messaggio (550)"},
-    };
-    return motivi;
-}
 
 const Definizione* Trova(QStringView chiave)
 {

@@ -45,14 +45,6 @@ struct Definizione
     std::span<const Passo> Passi;
 };
 
-// Why the demo's workers reject a document: the number and the text the document keeps.
-struct Motivo
-{
-    qint32 Codice;
-    const char* Testo;
-};
-std::span<const Motivo> MotiviRifiuto();
-
 std::span<const Definizione> Cartelle();
 const Definizione* Trova(QStringView chiave);
 const Definizione& Di(GenereCartella genere);

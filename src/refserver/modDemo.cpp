@@ -6,6 +6,7 @@
 
 #include "RefServer.h"
 #include "modCatalogo.h"
+#include "modDemoErrori.h"
 #include "modDemoServizi.h"
 
 #include <pugixml.hpp>
@@ -13,6 +14,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+
+#include <algorithm>
 
 namespace modDemo {
 
@@ -74,16 +77,23 @@ QString StoricoLog(const QString& cartella)
                              {"PxSrvStampe", "stampato su Laser amministrazione (%2 pagine, %3 s)"},
                              {"PxSrvSmtp", "inviato a ufficio@cliente.it (%2 pagine, %3 s)"}};
     for (const Voce& v : voci) {
+        // Each worker fails with its own errors, and retries only what it can retry.
+        const auto errori = modDemoErrori::Di(QString::fromLatin1(v.Chiave));
+        const bool ritenta = std::any_of(errori.begin(), errori.end(), [](const modDemoErrori::Errore& e) { return e.Ripetibile; });
         QByteArray testo;
         for (int i = 0; i < 240; ++i) {
             const QTime ora = QTime(7, 30).addSecs(i * 97);
             const int numero = 1000 + i * 7;
-            if (i % 37 == 36)
+            if (i % 37 == 36) {
+                const modDemoErrori::Errore& e = errori[static_cast<size_t>(i / 37) % errori.size()];
                 testo += modRigaLog::Formatta(modRigaLog::LivelloErrore, ora,
-                                              QStringLiteral("Documento %1 respinto: Errore 27: linea occupata dopo 3 tentativi").arg(numero));
-            else if (i % 11 == 10)
+                                              QStringLiteral("Documento %1 respinto: %2")
+                                                  .arg(numero)
+                                                  .arg(modDemoErrori::Testo(e, modDemoErrori::TentativiPredefiniti)));
+            } else if (i % 11 == 10)
                 testo += modRigaLog::Formatta(modRigaLog::LivelloAvviso, ora,
-                                              QStringLiteral("Documento %1: nuovo tentativo fra 60 s").arg(numero));
+                                              ritenta ? QStringLiteral("Documento %1: nuovo tentativo fra 60 s").arg(numero)
+                                                      : QStringLiteral("Documento %1: pagina %2 ridotta al formato A4").arg(numero).arg(1 + i % 5));
             else
                 testo += modRigaLog::Formatta(i % 3 ? modRigaLog::LivelloInformazione : modRigaLog::LivelloDettaglio, ora,
                                               QStringLiteral("Documento %1 ").arg(numero)

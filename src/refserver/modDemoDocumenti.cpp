@@ -7,13 +7,17 @@
 
 #include "PxRigaLog.h"
 #include "RefCartellaDocumenti.h"
+#include "RefLavoratori.h"
 #include "modCartelle.h"
+#include "modDemoCorpi.h"
+#include "modDemoErrori.h"
 #include "modFileDocumento.h"
 #include "modProprieta.h"
 
 #include <QDir>
 #include <QFile>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <thread>
@@ -46,9 +50,6 @@ constexpr std::array<int, 7> Quote = {50, 250, 200, 300, 50, 70, 80};
 constexpr std::array<const char*, 8> Utenti = {"mrossi", "lbianchi", "gverdi", "afontana", "sgallo", "pconti", "mesposito", "fricci"};
 constexpr std::array<const char*, 8> Nomi = {"Mario Rossi", "Laura Bianchi", "Giuseppe Verdi", "Anna Fontana",
                                              "Sara Gallo", "Paolo Conti", "Marco Esposito", "Francesca Ricci"};
-constexpr std::array<const char*, 10> Documenti = {"Fattura", "Documento di trasporto", "Ordine fornitore", "Conferma d'ordine",
-                                                   "Estratto conto", "Sollecito di pagamento", "Bolla di consegna",
-                                                   "Cedolino", "Preventivo", "Nota di credito"};
 constexpr std::array<const char*, 10> Clienti = {"Ferramenta Bassi", "Edil Nord", "Ottica Moretti", "Trasporti Lario",
                                                  "Caseificio Valle", "Studio Greco", "Agraria Po", "Tessile Serra",
                                                  "Meccanica Fabbri", "Vini Colombo"};
@@ -56,6 +57,62 @@ constexpr std::array<const char*, 6> Funzioni = {"FATTURE", "DDT", "ORDINI", "SO
 constexpr std::array<const char*, 6> Stampanti = {"Laser amministrazione", "Laser produzione", "Generica testo",
                                                   "Ufficio colori", "Aghi bolle", "Etichette magazzino"};
 constexpr std::array<int, 6> NumeriStampanti = {4, 5, 1, 2, 8, 3};
+constexpr size_t StampanteBolle = 4, StampanteEtichette = 5;
+constexpr std::array<const char*, 8> Dipendenti = {"Elena Marchetti", "Davide Russo", "Chiara Lombardi", "Luca Moretti",
+                                                   "Giulia Barbieri", "Andrea Colombo", "Silvia Ferrara", "Matteo Galli"};
+
+// Where a queue stands against the folder's delivery stages, the ones that count attempts:
+// before them, waiting for another attempt, in one, or past them.
+enum class Fase { Prima, NuovoTentativo, InCorso, Dopo };
+
+Fase FaseDi(const modCartelle::Definizione& def, qint32 coda)
+{
+    std::vector<qint32> consegne;
+    for (const modCartelle::Passo& p : def.Passi)
+        if (RefLavoratori::ContaTentativi(p)) {
+            if (coda == p.Da)
+                return Fase::InCorso;
+            if (coda == RefLavoratori::CodaNuovoTentativo(def, p))
+                return Fase::NuovoTentativo;
+            consegne.push_back(p.Da);
+        }
+    // Before when a delivery lies ahead along the stages.
+    std::vector<qint32> visti{coda};
+    for (size_t i = 0; i < visti.size(); ++i)
+        for (const modCartelle::Passo& p : def.Passi)
+            if (p.Da == visti[i] && std::find(visti.begin(), visti.end(), p.A) == visti.end()) {
+                if (std::find(consegne.begin(), consegne.end(), p.A) != consegne.end())
+                    return Fase::Prima;
+                visti.push_back(p.A);
+            }
+    return consegne.empty() ? Fase::Prima : Fase::Dopo;
+}
+
+// A rejection as the workers make it: which stage failed, with one of its worker's errors, and
+// the attempts the document had by then (the number its text names, when it names one).
+void Rifiuto(const modCartelle::Definizione& def, DatiDocumento& d, Caso& c)
+{
+    std::vector<const modCartelle::Passo*> possibili, consegne;
+    for (const modCartelle::Passo& p : def.Passi)
+        if (p.PuoRespingere) {
+            possibili.push_back(&p);
+            if (RefLavoratori::ContaTentativi(p))
+                consegne.push_back(&p);
+        }
+    if (possibili.empty())
+        return;
+    const modCartelle::Passo& passo = !consegne.empty() && c.Fino(10) < 7 ? *consegne[static_cast<size_t>(c.Fino(static_cast<int>(consegne.size())))]
+                                                                          : *possibili[static_cast<size_t>(c.Fino(static_cast<int>(possibili.size())))];
+    const auto errori = modDemoErrori::Di(QString::fromLatin1(passo.Lavoratore));
+    const modDemoErrori::Errore& e = errori[static_cast<size_t>(c.Fino(static_cast<int>(errori.size())))];
+    constexpr qint32 massimo = modDemoErrori::TentativiPredefiniti;
+    if (RefLavoratori::ContaTentativi(passo))
+        d.Tentativi = e.Ripetibile ? massimo : 1 + c.Fino(massimo);
+    else
+        d.Tentativi = e.Ripetibile ? massimo : 0;
+    d.CodiceErrore = e.Codice;
+    d.Errore = modDemoErrori::Testo(e, d.Tentativi);
+}
 
 // Which queue a document of `def` sits in: most are done, some wait, a few failed.
 qint32 CodaDemo(const modCartelle::Definizione& def, Caso& c)
@@ -92,7 +149,8 @@ modCartelle::Uscita TipoUscita(const modCartelle::Definizione& def)
     return modCartelle::Uscita::Nessuna;
 }
 
-DatiDocumento Documento(const modCartelle::Definizione& def, int numero, int globale, Caso& c)
+// One document, and in `contenuto` what its body says.
+DatiDocumento Documento(const modCartelle::Definizione& def, int numero, int globale, Caso& c, modDemoCorpi::Contenuto& contenuto)
 {
     DatiDocumento d;
     d.Genere = def.Genere;
@@ -101,8 +159,12 @@ DatiDocumento Documento(const modCartelle::Definizione& def, int numero, int glo
     const int u = c.Fino(static_cast<int>(Utenti.size()));
     d.Utente = QString::fromLatin1(Utenti[static_cast<size_t>(u)]);
     d.UtenteDescrizione = QString::fromLatin1(Nomi[static_cast<size_t>(u)]);
+    const auto modelli = modDemoCorpi::Modelli(def.Genere);
+    contenuto.Tipo = modelli[static_cast<size_t>(c.Fino(static_cast<int>(modelli.size())))];
+    contenuto.Numero = 1000 + numero;
     const QString cliente = QString::fromUtf8(c.Uno(Clienti));
-    d.Descrizione = QStringLiteral("%1 n. %2 - %3").arg(QString::fromUtf8(c.Uno(Documenti))).arg(1000 + numero).arg(cliente);
+    contenuto.Destinatario = contenuto.Tipo == modDemoCorpi::Modello::Cedolino ? QString::fromUtf8(c.Uno(Dipendenti)) : cliente;
+    d.Descrizione = QStringLiteral("%1 n. %2 - %3").arg(modDemoCorpi::Nome(contenuto.Tipo)).arg(contenuto.Numero).arg(contenuto.Destinatario);
     d.Funzione = QString::fromLatin1(c.Uno(Funzioni));
     d.Sigla = QStringLiteral("%1").arg(c.Fino(900) + 100, 3, 10, QChar(u'0'));
     d.Ip = QStringLiteral("192.168.10.%1").arg(100 + u);
@@ -115,20 +177,42 @@ DatiDocumento Documento(const modCartelle::Definizione& def, int numero, int glo
         d.Elaborato = d.Inserito.addSecs(30 + c.Fino(3600));
     d.Stato = modProprieta::DescrizioneCoda(def.Genere, d.Coda);
     if (d.Coda == def.CodaRespinti || d.Coda == def.CodaScartati) {
-        // The same reasons as the workers give, so that the stages group as they would live.
-        const modCartelle::Motivo& m = modCartelle::MotiviRifiuto()[static_cast<size_t>(c.Fino(5))];
-        d.CodiceErrore = m.Codice;
-        d.Errore = QString::fromUtf8(m.Testo);
+        Rifiuto(def, d, c);
         d.Stato = d.Errore;
         d.Rifiuti = d.Coda == def.CodaScartati ? 2 : 1;
+    } else {
+        constexpr qint32 massimo = modDemoErrori::TentativiPredefiniti;
+        switch (FaseDi(def, d.Coda)) {
+        case Fase::Prima:
+            d.Tentativi = 0;
+            break;
+        case Fase::NuovoTentativo:
+            // Back after a busy line, some of them: the state says so, as the worker writes it.
+            d.Tentativi = c.Fino(massimo);
+            if (d.Tentativi > 0) {
+                d.Stato = RefLavoratori::StatoNuovoTentativo(d.Tentativi, massimo);
+                d.Elaborato = d.Inserito.addSecs(30 + c.Fino(3600));
+            }
+            break;
+        case Fase::InCorso:
+            d.Tentativi = c.Fino(massimo);
+            break;
+        case Fase::Dopo: {
+            const int p = c.Fino(20);
+            d.Tentativi = p < 16 ? 1 : (p < 19 ? 2 : 3);
+            break;
+        }
+        }
     }
-    d.Tentativi = d.Coda == 0 ? 0 : 1 + c.Fino(3);
     const QString contatto = cliente.toLower().remove(u' ').remove(u'\'');
     switch (def.Genere) {
     case GenereCartella::Stampa: {
-        const int s = c.Fino(static_cast<int>(Stampanti.size()));
-        d.Stampante = QString::fromLatin1(Stampanti[static_cast<size_t>(s)]);
-        d.NumeroTarquel = NumeriStampanti[static_cast<size_t>(s)];
+        // Labels go to the label printer, delivery notes to the dot-matrix one, the rest to a laser.
+        const size_t s = contenuto.Tipo == modDemoCorpi::Modello::Etichetta ? StampanteEtichette
+            : contenuto.Tipo == modDemoCorpi::Modello::Ddt                  ? StampanteBolle
+                                                                            : static_cast<size_t>(c.Fino(4));
+        d.Stampante = QString::fromLatin1(Stampanti[s]);
+        d.NumeroTarquel = NumeriStampanti[s];
         d.Copie = 1 + c.Fino(2);
         break;
     }
@@ -158,6 +242,8 @@ DatiDocumento Documento(const modCartelle::Definizione& def, int numero, int glo
         d.KeyUtente = QStringLiteral("U-%1").arg(u + 1, 4, 10, QChar(u'0'));
         break;
     }
+    contenuto.Lingua = modProprieta::CodiceLingua(d);
+    contenuto.Seme = c.Prossimo();
     d.FileCorpo = d.Id + u".bpx"_s;
     d.FileIntestazione = d.Id + u".hpx"_s;
     d.FileScript = d.Id + u".spx"_s;
@@ -174,14 +260,15 @@ bool Scrivi(const QString& file, const QByteArray& dati)
 }
 
 // Writes one document; "" or what failed.
-QString ScriviDocumento(const QString& radice, const modCartelle::Definizione& def, const DatiDocumento& d)
+QString ScriviDocumento(const QString& radice, const modCartelle::Definizione& def, const DatiDocumento& d,
+                        const modDemoCorpi::Contenuto& contenuto)
 {
     const QString cartella = radice + u"/Coda_"_s + QString::number(d.Coda) + u'/' + d.Id;
     if (!QDir().mkpath(cartella))
         return QStringLiteral("impossibile creare %1").arg(cartella);
     const QString base = cartella + u'/';
     bool ok = Scrivi(base + d.Id + u".xml"_s, RefCartellaDocumenti::TestoDescrizione(d, cartella))
-        && Scrivi(base + d.FileCorpo, modFileDocumento::Corpo(d))
+        && Scrivi(base + d.FileCorpo, modDemoCorpi::Corpo(d, contenuto))
         && Scrivi(base + d.FileIntestazione, modFileDocumento::Intestazione(d).Serializza());
     if (ok && !d.FileScript.isEmpty())
         ok = Scrivi(base + d.FileScript, modFileDocumento::Script(d));
@@ -236,8 +323,9 @@ QString CreaDocumentiDemo(const QString& cartella, int numero, quint64 seme)
             const Lavoro& l = lavori[k];
             const modCartelle::Definizione& def = definizioni[l.Cartella];
             Caso c{seme * 1000003u + static_cast<quint64>(l.Globale)};
-            const DatiDocumento d = Documento(def, l.Numero, l.Globale, c);
-            if (QString e = ScriviDocumento(RefCartellaDocumenti::RadiceDi(def, cartella), def, d); !e.isEmpty()) {
+            modDemoCorpi::Contenuto contenuto;
+            const DatiDocumento d = Documento(def, l.Numero, l.Globale, c, contenuto);
+            if (QString e = ScriviDocumento(RefCartellaDocumenti::RadiceDi(def, cartella), def, d, contenuto); !e.isEmpty()) {
                 if (!bloccoErrore.test_and_set())
                     errore = e;
                 fallito = true;

@@ -515,8 +515,9 @@ void LavoratoreStampante(pugi::xml_node radice, const Lavoratore& l)
 void ConfigurazioneServizio(pugi::xml_node radice, const char* chiave)
 {
     const std::string_view k(chiave);
-    // Two services start suspended so that a fresh console shows both kinds of icon.
-    Stato(radice, k == "PxSrvRprtFax" || k == "PxSrvWebUpdate" ? modCatalogo::StatoSospeso : modCatalogo::StatoInFunzione);
+    // A service and a worker start suspended so that a fresh console shows both kinds of icon;
+    // neither moves documents, so every queue of the demo drains while it runs.
+    Stato(radice, k == "PxSrvFtpSrv" || k == "PxSrvWebUpdate" ? modCatalogo::StatoSospeso : modCatalogo::StatoInFunzione);
     for (const Configurazione& c : Configurazioni)
         if (k == c.Chiave)
             for (const Valore& v : c.Valori)

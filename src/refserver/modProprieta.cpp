@@ -192,6 +192,11 @@ quint32 Impronta(std::string_view chiave, QStringView testo)
     return h ^ (h >> 16);
 }
 
+const Codifica& LinguaDi(const DatiDocumento& d)
+{
+    return Lingue[Impronta("Lingua", d.Id) % std::size(Lingue)];
+}
+
 struct Contesto
 {
     pugi::xml_node P; // Proprieta
@@ -524,7 +529,7 @@ void ScriviSpecifiche(const Contesto& c)
     Metti(p, "DittaOrigine", ditta);
     Metti(p, "Ditta", u"%1"_s.arg(1 + c.Scelta("DittaDestinazione", 3), 3, 10, QChar(u'0')));
     Metti(p, "Suddivisione", u"%1"_s.arg(c.Scelta("Suddivisione", 4), 2, 10, QChar(u'0')));
-    Codificato(p, "Lingua", Scegli(c, "Lingua", Lingue));
+    Codificato(p, "Lingua", LinguaDi(d));
     Metti(p, "TipologiaTarquel", tipologia.Tarquel);
     Metti(p, "FormatoPagina", u"F%1"_s.arg(1 + c.Scelta("FormatoPagina", 12), 3, 10, QChar(u'0')));
     Metti(p, "Utente", d.Utente);
@@ -692,6 +697,11 @@ void ScriviCampiServer(const Contesto& c)
 }
 
 } // namespace
+
+QString CodiceLingua(const DatiDocumento& d)
+{
+    return QString::fromLatin1(LinguaDi(d).Codice);
+}
 
 const char* NomeGenere(GenereCartella g) { return LayoutDi(g).Nome; }
 

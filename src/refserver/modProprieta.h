@@ -22,6 +22,9 @@ void Scrivi(pugi::xml_node documento, const DatiDocumento& d, const QString& car
 // not "Documento", its Id is empty or its Tipo is not a kind's name; missing elements read as defaults.
 bool Leggi(const pugi::xml_node& documento, DatiDocumento& d);
 
+// The code of the language the description gives `d` (Specifiche/Lingua/Codice): "IT", "EN", "DE", "FR".
+QString CodiceLingua(const DatiDocumento& d);
+
 // The kind's name as written in the attribute Tipo: "Stampa", "Email", "Fax", "PFax", "EFax", "Pbl", "Anteprima".
 const char* NomeGenere(GenereCartella g);
 // The kind named `nome` (exact case), if any.

@@ -287,7 +287,8 @@ TEST_F(Albero, BuildsOneNodePerServiceFolderAndEntryAndTellsTheOpeningWindowEach
         EXPECT_EQ(Padre(ftp), QStringLiteral("Ftp"));
     }
     EXPECT_EQ(mPosizione->IconaNodo(QStringLiteral("SrvServer")), 200);
-    EXPECT_EQ(mPosizione->IconaNodo(QStringLiteral("SrvReportFax")), -244) << "suspended in the demo";
+    EXPECT_EQ(mPosizione->IconaNodo(QStringLiteral("SrvReportFax")), 244) << "runs in the demo, so faxes' reports drain";
+    EXPECT_EQ(mPosizione->IconaNodo(QStringLiteral("SrvFtpSrv")), -271) << "suspended in the demo";
 }
 
 TEST_F(AlberoConVociGuaste, BadEntriesAreSkippedAndLoggedAndTheOthersStillAppear)
