@@ -7,7 +7,11 @@
 
 #include <pugixml.hpp>
 
+#include <algorithm>
+#include <array>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace modCorpo {
 
@@ -33,41 +37,114 @@ QByteArray Sequenza(const char* testo)
     return s;
 }
 
-// Every occurrence of `da` in `t` (left to right, not overlapping) replaced by `a`: what
-// QByteArray::replace does, in one linear pass.
-void Sostituisci(QByteArray& t, std::string_view da, std::string_view a)
+// The catalogue's sequences looked for in the body's own bytes, all at once (Aho-Corasick): one
+// pass gives, for every byte, the sequence that starts there. A trie of the sequences, each node
+// with its failure link (the longest proper suffix that is also in the trie) and its dictionary
+// link (the nearest node on that chain where a sequence ends).
+struct Nodo
 {
-    const std::string_view testo(t.constData(), static_cast<size_t>(t.size()));
-    size_t trovato = testo.find(da);
-    if (da.empty() || trovato == std::string_view::npos)
-        return;
-    QByteArray uscita;
-    uscita.reserve(t.size() + (a.size() > da.size() ? t.size() / 4 : 0));
-    size_t da_qui = 0;
-    while (trovato != std::string_view::npos) {
-        uscita.append(testo.data() + da_qui, static_cast<qsizetype>(trovato - da_qui));
-        uscita.append(a.data(), static_cast<qsizetype>(a.size()));
-        da_qui = trovato + da.size();
-        trovato = testo.find(da, da_qui);
+    std::vector<std::pair<unsigned char, int>> Figli;
+    int Ritorno = 0;
+    int Uscita = -1; // the sequence ending here
+    int Altra = -1;  // the dictionary link
+};
+
+struct Automa
+{
+    std::vector<Nodo> Nodi{Nodo{}};
+    std::array<int, 256> Radice{}; // the root's moves, dense: most bytes stay there
+    std::vector<qsizetype> Lunghezze;
+};
+
+int Figlio(const Nodo& n, unsigned char c)
+{
+    for (const auto& [b, f] : n.Figli)
+        if (b == c)
+            return f;
+    return -1;
+}
+
+// From node `s` on byte `c`; amortised constant over a run of bytes.
+int Passo(const Automa& a, int s, unsigned char c)
+{
+    for (; s != 0; s = a.Nodi[static_cast<size_t>(s)].Ritorno)
+        if (const int f = Figlio(a.Nodi[static_cast<size_t>(s)], c); f >= 0)
+            return f;
+    return a.Radice[c];
+}
+
+// `sequenze` in order of precedence: the same bytes listed twice keep the first.
+Automa Costruisci(const std::vector<QByteArray>& sequenze)
+{
+    Automa a;
+    for (size_t j = 0; j < sequenze.size(); ++j) {
+        a.Lunghezze.push_back(sequenze[j].size());
+        if (sequenze[j].isEmpty())
+            continue;
+        int n = 0;
+        for (const char ch : sequenze[j]) {
+            const auto c = static_cast<unsigned char>(ch);
+            int f = Figlio(a.Nodi[static_cast<size_t>(n)], c);
+            if (f < 0) {
+                f = static_cast<int>(a.Nodi.size());
+                a.Nodi[static_cast<size_t>(n)].Figli.emplace_back(c, f);
+                a.Nodi.emplace_back();
+            }
+            n = f;
+        }
+        if (a.Nodi[static_cast<size_t>(n)].Uscita < 0)
+            a.Nodi[static_cast<size_t>(n)].Uscita = static_cast<int>(j);
     }
-    uscita.append(testo.data() + da_qui, static_cast<qsizetype>(testo.size() - da_qui));
-    t = std::move(uscita);
+    for (const auto& [c, f] : a.Nodi[0].Figli)
+        a.Radice[c] = f;
+    // Breadth first, so that every failure link points at a node already done.
+    std::vector<int> coda;
+    for (const auto& [c, f] : a.Nodi[0].Figli)
+        coda.push_back(f);
+    for (size_t k = 0; k < coda.size(); ++k) {
+        const int u = coda[k];
+        for (const auto& [c, v] : a.Nodi[static_cast<size_t>(u)].Figli) {
+            Nodo& nv = a.Nodi[static_cast<size_t>(v)];
+            nv.Ritorno = u == 0 ? 0 : Passo(a, a.Nodi[static_cast<size_t>(u)].Ritorno, c);
+            const Nodo& r = a.Nodi[static_cast<size_t>(nv.Ritorno)];
+            nv.Altra = nv.Ritorno != 0 && r.Uscita >= 0 ? nv.Ritorno : r.Altra;
+            coda.push_back(v);
+        }
+    }
+    return a;
 }
 
-void SostituisciTesto(QByteArray& t, const QByteArray& da, const QByteArray& a)
+// For every byte of `corpo`, the sequence marked from there (-1: none). The bytes are taken as the
+// printer takes them: left to right, at one place the longest sequence ("ESC w 1" is not a shorter
+// "ESC w" followed by "1"), and a sequence is not looked for inside one already taken.
+std::vector<signed char> Inizi(const QByteArray& corpo, const std::vector<QByteArray>& sequenze)
 {
-    Sostituisci(t, std::string_view(da.constData(), static_cast<size_t>(da.size())),
-                std::string_view(a.constData(), static_cast<size_t>(a.size())));
+    const Automa a = Costruisci(sequenze);
+    std::vector<signed char> inizi(static_cast<size_t>(corpo.size()), -1);
+    int s = 0;
+    for (qsizetype i = 0; i < corpo.size(); ++i) {
+        s = Passo(a, s, static_cast<unsigned char>(corpo[i]));
+        const Nodo& n = a.Nodi[static_cast<size_t>(s)];
+        for (int t = n.Uscita >= 0 ? s : n.Altra; t > 0; t = a.Nodi[static_cast<size_t>(t)].Altra) {
+            const int j = a.Nodi[static_cast<size_t>(t)].Uscita;
+            signed char& inizio = inizi[static_cast<size_t>(i - a.Lunghezze[static_cast<size_t>(j)] + 1)];
+            if (inizio < 0 || a.Lunghezze[static_cast<size_t>(j)] > a.Lunghezze[static_cast<size_t>(inizio)])
+                inizio = static_cast<signed char>(j);
+        }
+    }
+    // Leftmost first: what starts inside a sequence already taken is dropped.
+    for (qsizetype i = 0; i < corpo.size();) {
+        const signed char j = inizi[static_cast<size_t>(i)];
+        const qsizetype fine = i + (j >= 0 ? a.Lunghezze[static_cast<size_t>(j)] : 1);
+        for (++i; i < fine; ++i)
+            inizi[static_cast<size_t>(i)] = -1;
+    }
+    return inizi;
 }
 
-// NUL shown as 248 (ø), then the three characters RTF reserves escaped.
-QByteArray Proteggi(QByteArray t)
+bool Inizia(const QByteArray& t, qsizetype i, std::string_view s)
 {
-    t.replace('\0', '\xF8');
-    Sostituisci(t, "\\", "\\\\");
-    Sostituisci(t, "{", "\\{");
-    Sostituisci(t, "}", "\\}");
-    return t;
+    return QByteArrayView(t).sliced(i).startsWith(QByteArrayView(s.data(), static_cast<qsizetype>(s.size())));
 }
 
 } // namespace
@@ -95,23 +172,84 @@ QByteArray Rtf(QByteArray corpo, const Catalogo& catalogo)
 {
     if (corpo.size() > Massimo)
         corpo.truncate(Massimo);
-    QByteArray t = Proteggi(std::move(corpo));
-    // Each sequence found as it stands in the escaped text.
+    // The sequences with their markers, in the catalogue's order (each "on" before its "off"). A
+    // NUL is shown as ø and is never part of a sequence: one holding a NUL marks nothing, and a ø in
+    // a sequence is a ø of the body, not a NUL.
+    std::vector<QByteArray> sequenze;
+    std::vector<QByteArray> segni;
     for (size_t i = 0; i < std::size(Codici); ++i) {
-        const QByteArray codice(Codici[i]);
-        if (const QByteArray on = Proteggi(catalogo.On[i]); !on.isEmpty())
-            SostituisciTesto(t, on, "\\cf1 [%%$#!On][%%$" + codice + "1][%%$#!Off]");
-        if (const QByteArray off = Proteggi(catalogo.Off[i]); !off.isEmpty())
-            SostituisciTesto(t, off, "\\cf0 [%%$#!On][%%$" + codice + "0][%%$#!Off]");
+        for (const bool acceso : {true, false}) {
+            const QByteArray& s = acceso ? catalogo.On[i] : catalogo.Off[i];
+            sequenze.push_back(s.contains('\0') ? QByteArray() : s);
+            segni.push_back(QByteArray(acceso ? "\\cf1 " : "\\cf0 ") + "\\cf1 [%$" + Codici[i] + (acceso ? "1" : "0")
+                            + "]\\cf0 ");
+        }
     }
-    Sostituisci(t, "[%#PLX", "\\cf1 [%%#PLX");
-    Sostituisci(t, "%]", "%%]\\cf0 ");
-    Sostituisci(t, "[%%$#!On]", "\\cf1 ");
-    Sostituisci(t, "[%%$#!Off]", "\\cf0 ");
-    Sostituisci(t, "%%", "%");
-    Sostituisci(t, "\r\n", "\\par ");
-    Sostituisci(t, "\r", "\\par ");
-    Sostituisci(t, "\n", "\\par ");
+    const bool conSequenze = std::any_of(sequenze.begin(), sequenze.end(), [](const QByteArray& s) { return !s.isEmpty(); });
+    const std::vector<signed char> inizi = conSequenze ? Inizi(corpo, sequenze) : std::vector<signed char>();
+    const auto sequenza = [&](qsizetype i) { return conSequenze && inizi[static_cast<size_t>(i)] >= 0 ? inizi[static_cast<size_t>(i)] : -1; };
+    // No sequence starts in [da, a): the bytes there are the body's own text.
+    const auto libero = [&](qsizetype da, qsizetype a) {
+        for (qsizetype k = da; k < a; ++k)
+            if (sequenza(k) >= 0)
+                return false;
+        return true;
+    };
+
+    // One pass over the body's bytes; what is written is never read again. Besides the sequences:
+    // a server command "[%#PLX ... %]" is coloured, "%%" is one "%", "[%%$#!On]" and "[%%$#!Off]"
+    // switch the colour, line ends become paragraphs, and the characters RTF reserves are escaped.
+    const qsizetype n = corpo.size();
+    QByteArray t;
+    t.reserve(n + n / 8 + 64);
+    for (qsizetype i = 0; i < n;) {
+        if (const int j = sequenza(i); j >= 0) {
+            t += segni[static_cast<size_t>(j)];
+            i += sequenze[static_cast<size_t>(j)].size();
+            continue;
+        }
+        const char c = corpo[i];
+        if (c == '[') {
+            if (Inizia(corpo, i, "[%#PLX") && libero(i + 1, i + 6)) {
+                t += "\\cf1 [%#PLX";
+                i += 6;
+            } else if (Inizia(corpo, i, "[%%$#!On]") && libero(i + 1, i + 9)) {
+                t += "\\cf1 ";
+                i += 9;
+            } else if (Inizia(corpo, i, "[%%$#!Off]") && libero(i + 1, i + 10)) {
+                t += "\\cf0 ";
+                i += 10;
+            } else {
+                t += '[';
+                ++i;
+            }
+        } else if (c == '%') {
+            // A run of "%" is halved (rounding up: "%%%" is "%%"); one before "]" ends a command,
+            // as if written "%%]": "%]" shows as itself, "%%]" as "%%]".
+            qsizetype k = i + 1;
+            while (k < n && corpo[k] == '%' && sequenza(k) < 0)
+                ++k;
+            const bool chiude = k < n && corpo[k] == ']' && sequenza(k) < 0;
+            t.append((k - i + (chiude ? 2 : 1)) / 2, '%');
+            if (chiude) {
+                t += "]\\cf0 ";
+                ++k;
+            }
+            i = k;
+        } else if (c == '\r' || c == '\n') {
+            t += "\\par ";
+            i += c == '\r' && i + 1 < n && corpo[i + 1] == '\n' && sequenza(i + 1) < 0 ? 2 : 1;
+        } else {
+            if (c == '\0')
+                t += '\xF8';
+            else {
+                if (c == '\\' || c == '{' || c == '}')
+                    t += '\\';
+                t += c;
+            }
+            ++i;
+        }
+    }
     return "{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0\\fnil\\fcharset0 Courier New;}}{\\colortbl ;\\red255\\green0\\blue255;}"
            "\\viewkind4\\uc1\\pard\\f0\\fs18 "
         + t + "\\par }";

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include <QFile>
 #include <QLabel>
 #include "PxVistaTesto.h"
@@ -118,6 +120,116 @@ TEST(modCorpo, OnlyTheFirstMiBIsShownAndABadCatalogueMarksNothing)
     EXPECT_TRUE(c.On[0].isEmpty());
     EXPECT_TRUE(c.On[1].isEmpty());
     EXPECT_EQ(Testo(modCorpo::Leggi(modCorpo::Rtf("\x1b" "E", c))), u"\x1b" "E"_s) << "nothing replaced by an empty sequence";
+}
+
+namespace {
+
+// The RTF wrapped around an empty body.
+qsizetype Involucro() { return modCorpo::Rtf({}, {}).size(); }
+
+// The longest marker, for a one-byte sequence: "\cf1 \cf1 [%$GR1]\cf0 ".
+constexpr qsizetype MassimoPerByte = 22;
+
+} // namespace
+
+TEST(modCorpo, AMarkerIsNeverMarkedAgain)
+{
+    // Sequences made of the markers' own characters: each byte of the body becomes one marker,
+    // and what the markers hold is not looked at again.
+    {
+        modCorpo::Catalogo c;
+        c.On[0] = "%";
+        c.On[1] = "$";
+        c.On[2] = "[%";
+        c.Off[6] = "]";
+        const QByteArray rtf = modCorpo::Rtf("%$[%]", c);
+        EXPECT_EQ(rtf.mid(Involucro() - 6, rtf.size() - Involucro()).toStdString(),
+                  "\\cf1 \\cf1 [%$GR1]\\cf0 \\cf1 \\cf1 [%$CM1]\\cf0 \\cf1 \\cf1 [%$DA1]\\cf0 \\cf0 \\cf1 [%$ST0]\\cf0 ");
+        const modCorpo::Documento d = modCorpo::Leggi(rtf);
+        EXPECT_EQ(Testo(d), u"[%$GR1][%$CM1][%$DA1][%$ST0]"_s);
+        EXPECT_EQ(Colorato(d), Testo(d));
+    }
+    {
+        // Eight sequences "%" and a body of four: four markers, the first sequence's.
+        modCorpo::Catalogo c;
+        for (size_t i = 0; i < 8; ++i)
+            c.On[i] = "%";
+        const QByteArray rtf = modCorpo::Rtf("%%%%", c);
+        ASSERT_LE(rtf.size(), Involucro() + 4 * MassimoPerByte);
+        EXPECT_EQ(Testo(modCorpo::Leggi(rtf)), u"[%$GR1][%$GR1][%$GR1][%$GR1]"_s);
+    }
+    {
+        // Twenty one-byte sequences, all found in the markers, and 80 KiB of them: the RTF grows
+        // with the body, one marker a byte.
+        const char simboli[] = "\\cf1 [%$#!On]GR0FCMD";
+        modCorpo::Catalogo c;
+        std::vector<QString> segni;
+        for (size_t i = 0; i < 20; ++i) {
+            (i < 10 ? c.On[i] : c.Off[i - 10]) = QByteArray(1, simboli[i]);
+            segni.push_back(u"[%$"_s + QLatin1StringView(std::array{"GR", "CM", "DA", "DP", "DO", "LQ", "ST", "IT", "BR", "QU"}[i % 10])
+                            + (i < 10 ? u"1]"_s : u"0]"_s));
+        }
+        QByteArray corpo;
+        QString atteso;
+        for (size_t k = 0; corpo.size() < 80 * 1024; ++k) {
+            const size_t j = (k * 7) % 20;
+            corpo += simboli[j];
+            atteso += segni[j];
+        }
+        const QByteArray rtf = modCorpo::Rtf(corpo, c);
+        EXPECT_LE(rtf.size(), Involucro() + MassimoPerByte * corpo.size());
+        const modCorpo::Documento d = modCorpo::Leggi(rtf);
+        EXPECT_EQ(Testo(d), atteso);
+        EXPECT_EQ(Colorato(d), atteso);
+    }
+}
+
+TEST(modCorpo, SequencesAreReadLeftToRightAndTheLongestAtOnePlace)
+{
+    modCorpo::Catalogo c;
+    c.On[0] = "\x1bw";   // a shorter sequence first in the catalogue...
+    c.On[2] = "\x1bw1";  // ...does not split a longer one at the same place
+    c.On[1] = "bc";
+    c.On[3] = "ab";      // the one that starts first wins, wherever it is listed
+    c.Off[0] = "\x1b" "F";
+    c.Off[7] = "\x1b" "F"; // the same bytes twice: the first listed
+    c.On[4] = "#";
+    EXPECT_EQ(Testo(modCorpo::Leggi(modCorpo::Rtf("\x1bw1x\x1bw2", c))), u"[%$DA1]x[%$GR1]2"_s);
+    EXPECT_EQ(Testo(modCorpo::Leggi(modCorpo::Rtf("abc bc", c))), u"[%$DP1]c [%$CM1]"_s);
+    EXPECT_EQ(Testo(modCorpo::Leggi(modCorpo::Rtf("\x1b" "F", c))), u"[%$GR0]"_s);
+    // A sequence inside a server command is still a sequence; the command is then plain text.
+    const modCorpo::Documento d = modCorpo::Leggi(modCorpo::Rtf("[%#PLX a%] b", c));
+    EXPECT_EQ(Testo(d), u"[%[%$DO1]PLX a%] b"_s);
+    EXPECT_EQ(Colorato(d), u"[%$DO1]"_s);
+}
+
+TEST(modCorpo, PercentSignsAndCommandsReadAsTheyAlwaysHave)
+{
+    // "%%" is one "%", and a "%" before "]" closes a command (so "%%]" shows both signs).
+    EXPECT_EQ(Testo(modCorpo::Leggi(modCorpo::Rtf("100%% %%% %%]x", {}))), u"100% %% %%]x"_s);
+    const modCorpo::Documento d = modCorpo::Leggi(modCorpo::Rtf("a [%#PLX F 50%%]b [%%#PLX c%] [%%$#!On]on[%%$#!Off]", {}));
+    EXPECT_EQ(Testo(d), u"a [%#PLX F 50%%]b [%#PLX c%] on"_s);
+    EXPECT_EQ(Colorato(d), u"[%#PLX F 50%%]on"_s);
+}
+
+TEST(modCorpo, NulsAreShownAsOSlashAndAreNeverASequence)
+{
+    const QByteArray nul(7, '\0');
+    const QByteArray oslash(7, '\xF8');
+    pugi::xml_document doc;
+    doc.load_string("<C><StrAscLetterQualityOn>000;000;000;000;000;000;000;</StrAscLetterQualityOn>"
+                    "<StrAscLetterQualityOff>248;248;248;248;248;248;248;</StrAscLetterQualityOff>"
+                    "<StrAscGrassettoOn>027;120;000;</StrAscGrassettoOn></C>");
+    const modCorpo::Catalogo c = modCorpo::LeggiCatalogo(doc.document_element());
+    ASSERT_EQ(c.On[5], nul);
+    ASSERT_EQ(c.Off[5], oslash);
+    // Seven NULs are seven ø, whether the catalogue lists seven NULs or seven ø.
+    const modCorpo::Documento d = modCorpo::Leggi(modCorpo::Rtf("a" + nul + "b", c));
+    EXPECT_EQ(Testo(d), u"a\u00F8\u00F8\u00F8\u00F8\u00F8\u00F8\u00F8b"_s);
+    EXPECT_TRUE(d.Tratti.empty());
+    EXPECT_EQ(Testo(modCorpo::Leggi(modCorpo::Rtf("\x1bx" + QByteArray(1, '\0'), c))), u"\x1bx\u00F8"_s);
+    // A body's own ø is what a sequence of ø stands for.
+    EXPECT_EQ(Testo(modCorpo::Leggi(modCorpo::Rtf(oslash, c))), u"[%$LQ0]"_s);
 }
 
 namespace {
