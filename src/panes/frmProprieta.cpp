@@ -14,7 +14,6 @@
 #include "modAlberoServer.h"
 #include "modApri.h"
 #include "modSchede.h"
-#include "modTabellaCartelle.h"
 #include "modTraccia.h"
 
 #include <QAction>
@@ -22,7 +21,6 @@
 #include <QClipboard>
 #include <QDateTime>
 #include <QDir>
-#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -36,7 +34,8 @@
 
 #include <pugixml.hpp>
 
-#include <limits>
+#include <stdexcept>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -126,6 +125,26 @@ constexpr Caricatore Caricatori[] = {
     {"Firma", &frmProprieta::CaricaProprietaFirmaEmail, false, false},
 };
 
+// The nodes whose service the pane's header starts and suspends: every service and worker, and
+// the printers, clients and FTP clients, each acting on the service whose list holds it (the
+// server has no command of its own for an entry of a list). The formats, the signatures and
+// the document folders are not started or suspended from their sheets.
+constexpr const char* Avviabili[] = {
+    "SrvServer",   "SrvStampe",   "SrvEmail",     "SrvFax",      "SrvAnteprime", "SrvImporta",  "SrvEmlPdfVm",
+    "SrvSmtp",     "SrvReportEmail", "SrvTifVm",  "SrvFaxVm",    "SrvReportFax", "SrvNotificaFax", "SrvStampante",
+    "SrvFtp",      "SrvFtpSrv",   "SrvFtpCln",    "SrvWebSrv",   "SrvWebUpdate", "SrvPFax",     "SrvPFaxVm",
+    "SrvNeFax",    "SrvUtente",   "SrvPbl",       "SrvPblPdfVm", "SrvPblVm",     "SrvEFax",     "SrvEFaxPdfVm",
+    "SrvEFaxVm",
+};
+
+bool Avviabile(QStringView codice)
+{
+    for (const char* a : Avviabili)
+        if (codice == QLatin1StringView(a))
+            return true;
+    return false;
+}
+
 const modAlberoServer::Nodo* RigaAlbero(const QString& codice)
 {
     for (const modAlberoServer::Nodo& n : modAlberoServer::Nodi())
@@ -214,6 +233,7 @@ void frmProprieta::Oggetto(Riferimento oggetto)
     mInAttesa = false;
     mUltimaRisposta = 0;
     mDescrizione.clear();
+    mFallita = false;
     mOggetto = std::move(oggetto);
     mCollegato = {};
     mobjTimerCollegato.stop();
@@ -230,6 +250,7 @@ void frmProprieta::Collegato(Riferimento collegato)
     mInAttesa = false;
     mUltimaRisposta = 0;
     mDescrizione.clear();
+    mFallita = false;
     if (mCollegato.Valido()) {
         // The linked document takes over the sheet until the selection changes.
         mobjTimerProprieta.stop();
@@ -245,6 +266,7 @@ void frmProprieta::VisualizzaServer(const QString& caption, const QString& chiav
     mServerVisualizzato = chiave;
     mCaptionVisualizzata = caption;
     mStatoRiempito.clear(); // another node may share the sheet and the state
+    mStatoAzionabile = -1;  // no command until the node's own state is read
     mTitolo->setText(caption);
     Oggetto({});
 }
@@ -262,6 +284,7 @@ void frmProprieta::PulisciLayout()
 {
     mModello->Pulisci();
     mStatoMostrato = -1;
+    mStatoAzionabile = -1;
     mStatoRiempito.clear();
     mDescrizione.clear();
     AbilitaComandi();
@@ -301,27 +324,39 @@ void frmProprieta::ChiediDescrizione(const Riferimento& r, bool collegato)
         if (generazione != mGenerazione)
             return; // asked for an object no longer selected
         mInAttesa = false;
+        // A refresh that fails is dropped: the sheet keeps what it shows and the next tick asks
+        // afresh. The reason is logged once, not at every tick it persists.
+        const auto fallita = [this](const QString& motivo) {
+            mUltimaRisposta = 0;
+            if (std::exchange(mFallita, true))
+                return;
+            modTraccia::Scrivi(2, QStringLiteral("frmProprieta: ") + motivo);
+        };
+        if (!risposta.Riuscita()) {
+            fallita(risposta.Testo);
+            return;
+        }
         mUltimaRisposta = QDateTime::currentMSecsSinceEpoch();
-        modTraccia::Proteggi("frmProprieta_Descrizione", [&] {
-            if (!risposta.Riuscita()) {
-                // Not asked again until the selection changes; no sheet of another object stays.
-                mUltimaRisposta = std::numeric_limits<qint64>::max() / 2;
-                modTraccia::Scrivi(2, QStringLiteral("frmProprieta: ") + risposta.Testo);
-                PulisciLayout();
-                mTitolo->setText(risposta.Testo);
-                return;
-            }
-            // The same description as last time: the sheet already shows it.
-            if (risposta.Testo == mDescrizione && LayoutVisualizzato() > 0)
-                return;
+        // The same description as last time: the sheet already shows it.
+        if (risposta.Testo == mDescrizione && LayoutVisualizzato() > 0)
+            return;
+        pugi::xml_document doc;
+        const QByteArray xml = risposta.Testo.toUtf8();
+        const pugi::xml_parse_result letto = doc.load_buffer(xml.constData(), static_cast<size_t>(xml.size()),
+                                                             pugi::parse_default | pugi::parse_ws_pcdata_single,
+                                                             pugi::encoding_utf8);
+        if (!letto) {
+            fallita(QString::fromUtf8(letto.description()));
+            return;
+        }
+        // Only a description shown to the end counts as shown: one abandoned half way is
+        // filled again on the next answer, even an identical one.
+        if (modTraccia::Proteggi("frmProprieta_Descrizione", [&] { Descrivi(doc, collegato); })) {
             mDescrizione = risposta.Testo;
-            pugi::xml_document doc;
-            const QByteArray xml = risposta.Testo.toUtf8();
-            if (!doc.load_buffer(xml.constData(), static_cast<size_t>(xml.size()), pugi::parse_default | pugi::parse_ws_pcdata_single,
-                                 pugi::encoding_utf8))
-                return;
-            Descrivi(doc, collegato);
-        });
+            mFallita = false;
+        } else {
+            fallita(QStringLiteral("descrizione non caricata"));
+        }
     });
 }
 
@@ -335,8 +370,18 @@ void frmProprieta::Descrivi(const pugi::xml_document& doc, bool collegato)
         mTitolo->setText(QString::fromUtf8(radice.attribute("Id") ? radice.attribute("Id").value() : radice.child("Proprieta").child_value("Key")));
         mIcona->clear();
         mIconaVisualizzata = 0;
-        (this->*c.Carica)(radice);
         const pugi::xml_node proprieta = radice.child("Proprieta");
+        if (collegato) {
+            // The linked document's refresh goes on past an error: the sheet, the body and
+            // the script are each reloaded whatever happened to the one before.
+            bool riuscito = modTraccia::Proteggi("mobjTimerCollegato_Scheda", [&] { (this->*c.Carica)(radice); });
+            riuscito &= modTraccia::Proteggi("mobjTimerCollegato_Corpo", [&] { CaricaCorpo(proprieta); });
+            riuscito &= modTraccia::Proteggi("mobjTimerCollegato_Script", [&] { CaricaScript(proprieta); });
+            if (!riuscito)
+                throw std::runtime_error("aggiornamento del documento collegato incompleto");
+            return;
+        }
+        (this->*c.Carica)(radice);
         if (c.Corpo) {
             CaricaCorpo(proprieta);
             CaricaScript(proprieta);
@@ -402,20 +447,15 @@ void frmProprieta::RiempiServizio()
     const modSchede::Layout* layout = modSchede::DelCodice(codice);
     const modAlberoServer::Nodo* riga = RigaAlbero(codice);
     PxSrvServizio* servizio = ServizioVisualizzato();
-    if (!layout || !riga || !servizio) {
-        PulisciLayout();
-        return;
-    }
-    // A folder's documents are logged by its service: that is the log worth reading.
-    const modTabellaCartelle::Cartella* cartella = modTabellaCartelle::Trova(codice);
-    PxSrvServizio* proprietario = cartella ? mContesto.Server()->Servizio(QString::fromLatin1(cartella->Servizio)) : nullptr;
+    if (!layout || !riga || !servizio)
+        return; // nothing to fill it from: the sheet stays as it is until the next tick
     // Nothing changed since the last fill: nothing to read again.
     const QString stato = servizio->StatoXml();
-    const QString statoProprietario = proprietario ? proprietario->StatoXml() : QString();
-    if (LayoutVisualizzato() == layout->Numero && stato == mStatoRiempito && statoProprietario == mStatoProprietario)
+    if (LayoutVisualizzato() == layout->Numero && stato == mStatoRiempito)
         return;
     pugi::xml_document doc;
-    servizio->LeggiStato(doc);
+    if (!servizio->LeggiStato(doc))
+        return; // a state that does not read is dropped; the next tick reads it afresh
     pugi::xml_node base = doc.document_element();
     if (riga->Tipo == modAlberoServer::Genere::Elenco) {
         // A printer, client or FTP client: its entry in the owner's list.
@@ -439,19 +479,16 @@ void frmProprieta::RiempiServizio()
         mModello->ImpostaCategoria(mCaptionVisualizzata);
     }
     mTitolo->setText(mCaptionVisualizzata);
+    // The commands act on the service (for an entry of a list, the one that holds the list).
+    mStatoAzionabile = doc.document_element().child("Stato").child("Codice").text().as_int(-1);
     ImpostaStato(base.child("Stato").child("Codice").text().as_int(-1));
-    QString log = QString::fromUtf8(base.child_value("FileLog"));
-    if (proprietario) {
-        pugi::xml_document statoServizio;
-        proprietario->LeggiStato(statoServizio);
-        log = QString::fromUtf8(statoServizio.document_element().child_value("FileLog"));
-    }
-    FileLog(mContesto.Server()->PercorsoLocale(log));
+    AbilitaComandi();
+    // Every node, a folder too, shows the log its own state names.
+    FileLog(mContesto.Server()->PercorsoLocale(QString::fromUtf8(base.child_value("FileLog"))));
     mxpgProprieta->setUpdatesEnabled(false);
     mModello->Riempi(base);
     mxpgProprieta->setUpdatesEnabled(true);
     mStatoRiempito = stato;
-    mStatoProprietario = statoProprietario;
     emit Caricato(layout->Numero);
 }
 
@@ -472,18 +509,18 @@ void frmProprieta::ImpostaStato(int codice)
 
 void frmProprieta::AbilitaComandi()
 {
-    // A service or worker on display (not a folder, nor a printer or client of a list): start
-    // what does not run, suspend what runs; a service that cannot run (8) gets neither.
-    const modAlberoServer::Nodo* riga = RigaAlbero(mServerVisualizzato.section(u'|', 0, 0));
-    const bool servizio = !mOggetto.Valido() && riga
-        && (riga->Tipo == modAlberoServer::Genere::Servizio || riga->Tipo == modAlberoServer::Genere::Server)
-        && LayoutVisualizzato() > 0;
-    mAvvia->setEnabled(servizio && mStatoMostrato != 4 && mStatoMostrato != 8 && mStatoMostrato >= 0);
-    mSospendi->setEnabled(servizio && mStatoMostrato == 4);
+    // A node that can be started on display: start what does not run, suspend what runs; a
+    // service that cannot run (8) gets neither.
+    const bool servizio = !mOggetto.Valido() && Avviabile(mServerVisualizzato.section(u'|', 0, 0))
+        && LayoutVisualizzato() > 0 && mStatoMostrato >= 0;
+    mAvvia->setEnabled(servizio && mStatoAzionabile != 4 && mStatoAzionabile != 8 && mStatoAzionabile >= 0);
+    mSospendi->setEnabled(servizio && mStatoAzionabile == 4);
 }
 
 void frmProprieta::AvviaServizio()
 {
+    if (!Avviabile(mServerVisualizzato.section(u'|', 0, 0)))
+        return;
     if (PxSrvServizio* s = ServizioVisualizzato())
         s->Avvia(this, [this](const PxRisposta& r) {
             if (!r.Riuscita())
@@ -493,6 +530,8 @@ void frmProprieta::AvviaServizio()
 
 void frmProprieta::SospendiServizio()
 {
+    if (!Avviabile(mServerVisualizzato.section(u'|', 0, 0)))
+        return;
     if (PxSrvServizio* s = ServizioVisualizzato())
         s->Sospendi(this, [this](const PxRisposta& r) {
             if (!r.Riuscita())
@@ -534,13 +573,11 @@ void frmProprieta::Esegui(const QModelIndex& indice)
         PxSrvServer* server = mContesto.Server();
         if (testo.isEmpty() || !server)
             return;
+        // A folder opens wherever it is; a file only when it is a document, never a program.
         testo = server->PercorsoLocale(testo);
-        static const QStringList Estensioni = {u"log"_s, u"txt"_s, u"pdf"_s, u"tif"_s, u"tiff"_s, u"xml"_s,
-                                               u"bpx"_s, u"spx"_s, u"hpx"_s};
-        const bool cartella = QFileInfo(testo).isDir();
-        const modApri::Motivo motivo = modApri::Apri(testo, server->Cartella(), cartella, Estensioni);
+        const modApri::Motivo motivo = modApri::ApriPercorso(testo);
         if (motivo != modApri::Consentito)
-            emit Messaggio(mContesto.Testi().LoadDllString(motivo) + QStringLiteral(": ") + testo);
+            emit Messaggio(mContesto.Testi().LoadDllString(motivo) + QStringLiteral(" ") + testo);
     });
 }
 

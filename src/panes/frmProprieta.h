@@ -25,7 +25,7 @@ namespace pugi { class xml_node; class xml_document; }
 // are built from their layout tables once per layout number and refreshed on a 100 ms timer;
 // a burst of selections loads only the last one. Nothing shown can be edited; a value can be
 // selected and copied (Ctrl+C), and an item holding a path opens it with the desktop's handler
-// when it lies inside the server folder (button, Enter or F4).
+// (button, Enter or F4): a folder, or a file of a document kind; nothing is ever run.
 class frmProprieta : public QWidget
 {
     Q_OBJECT
@@ -79,7 +79,8 @@ public:
     void AggiornaInformazioniClasseVisualizzata();
 
     PxModelloProprieta* Modello() const { return mModello; }
-    // The pane's start and suspend buttons (enabled for a service or worker by its state).
+    // The pane's start and suspend buttons: for a service, a worker or an entry of a list, by
+    // the state of the service they act on; never for the formats, signatures and folders.
     QAction* ComandoAvvia() const { return mAvvia; }
     QAction* ComandoSospendi() const { return mSospendi; }
     QTreeView* Griglia() const { return mxpgProprieta; }
@@ -139,10 +140,11 @@ private:
     QString mCaptionVisualizzata;
     qint32 mIconaVisualizzata = 0;
     int mStatoMostrato = -1;
-    QString mStatoRiempito;     // the state XML (and its folder's service's) the sheet was last filled from
-    QString mStatoProprietario;
+    QString mStatoRiempito;         // the state XML the sheet was last filled from
+    int mStatoAzionabile = -1;      // the state code of what the start and suspend commands act on
     quint64 mGenerazione = 0;       // bumped at every selection: late answers are dropped
     bool mInAttesa = false;         // a description request is out
     qint64 mUltimaRisposta = 0;     // msecs since epoch of the last description read
     QString mDescrizione;           // the last description shown
+    bool mFallita = false;          // the last request failed (its reason is already logged)
 };

@@ -58,6 +58,15 @@ pugi::xml_node RefServizio::Elemento(const char* nome)
 
 void RefServizio::Componi()
 {
+    // A service with printers counts those at work beside their list, as every change of the
+    // list or of a printer's state is published through here.
+    pugi::xml_node radice = mDoc.document_element();
+    if (const pugi::xml_node stampanti = radice.child("Stampanti")) {
+        int inFunzione = 0;
+        for (const pugi::xml_node s : stampanti.children("Stampante"))
+            inFunzione += s.child("Stato").child("Codice").text().as_int() == modCatalogo::StatoInFunzione ? 1 : 0;
+        ImpostaTesto(radice, "StampantiInFunzione", QString::number(inFunzione));
+    }
     std::ostringstream out;
     mDoc.save(out, "", pugi::format_raw | pugi::format_no_declaration);
     mStatoXml = QString::fromStdString(out.str());

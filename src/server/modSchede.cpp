@@ -356,7 +356,7 @@ constexpr Voce Stampe[] = {
     {1, 0, I, "", Nessuna, Testa},
     {1, 3234, T, "AvvioStampantiMultiplo"},
     {1, 3331, T, "MaxJobsOpened"},
-    {1, 3233, T, "JobsAperti"},
+    {1, 3233, T, "StampantiInFunzione"}, // the printers at work, each with its job open
     {1, 3337, T, "PercorsoTxtOutput", Percorso},
     {1, 3338, T, "PercorsoPdfOutput", Percorso},
     {1, 3245, T, "PercorsoPdf", Percorso},

@@ -7,6 +7,8 @@
 #include "frmScriptDocumento.h"
 #include "frmVisFirma.h"
 #include "frmProprieta.h"
+#include "modAlberoServer.h"
+#include "modApri.h"
 #include "modCatalogo.h"
 
 #include <gtest/gtest.h>
@@ -19,8 +21,11 @@
 #include <QTimer>
 #include <QTreeView>
 
+#include <QTemporaryDir>
+
 #include <map>
 #include <memory>
+#include <set>
 
 using namespace Qt::StringLiterals;
 
@@ -44,6 +49,37 @@ protected:
                     ++mRichieste[chiave];
                     QTimer::singleShot(0, richiedente, [fatto, xml] { fatto(PxRisposta{modContratto::Ok, xml, {}}); });
                 }};
+    }
+
+    // An object whose first `fallimenti` requests fail, as a document the server cannot read
+    // for a moment; later requests answer with `xml`.
+    frmProprieta::Riferimento OggettoInstabile(const QString& chiave, const QString& xml, int fallimenti, bool collegato = false)
+    {
+        return {chiave, collegato, [this, chiave, xml, fallimenti](QObject* richiedente, PxSrvOggetto::Esito fatto) {
+                    const bool fallisce = ++mRichieste[chiave] <= fallimenti;
+                    QTimer::singleShot(0, richiedente, [fatto, xml, fallisce] {
+                        fatto(fallisce ? PxRisposta{modContratto::Rifiutato, u"Documento non leggibile"_s, {}}
+                                       : PxRisposta{modContratto::Ok, xml, {}});
+                    });
+                }};
+    }
+
+    // The object key and state of the service the node's sheet acts on, and the key of its
+    // first entry for a list node ("" otherwise).
+    static std::pair<QString, int> Servizio(const modAlberoServer::Nodo& n)
+    {
+        const QString chiave = QString::fromLatin1(*n.Oggetto ? n.Oggetto : "PxSrvServer");
+        pugi::xml_document doc;
+        doc.load_string(sServer->Ref->ServizioRef(chiave)->StatoXml().toUtf8().constData());
+        return {chiave, doc.document_element().child("Stato").child("Codice").text().as_int(-1)};
+    }
+    static QString PrimaVoce(const modAlberoServer::Nodo& n)
+    {
+        if (n.Tipo != modAlberoServer::Genere::Elenco)
+            return {};
+        pugi::xml_document doc;
+        doc.load_string(sServer->Ref->ServizioRef(QString::fromLatin1(n.Oggetto))->StatoXml().toUtf8().constData());
+        return QString::fromUtf8(doc.document_element().child(n.Elenco).first_child().child_value(n.ElementoChiave));
     }
 
     static QString Documento(const char* tipo, const QString& id, const QString& proprieta = {})
@@ -188,11 +224,75 @@ TEST_F(Proprieta, AServiceSheetColoursItsStateOnlyWhenTheCodeChanges)
     EXPECT_EQ(sServer->Ref->ServizioRef(u"PxSrvStampe"_s)->CodiceStato(), modCatalogo::StatoInFunzione);
     EXPECT_TRUE(mPane->ComandoSospendi()->isEnabled());
 
-    // A printer of the service's list is not the service: neither command.
+}
+
+TEST_F(Proprieta, StartAndSuspendFollowTheKindOfNodeAndTheStateOfTheServiceTheyActOn)
+{
+    // Neither the formats, nor the signatures, nor a document folder are started from the pane;
+    // every service and worker is, and so are the printers, clients and FTP clients.
+    const std::set<QString> maiAvviabili = {u"SrvFormati"_s, u"SrvFirme"_s};
+    int avviabili = 0;
+    for (const modAlberoServer::Nodo& n : modAlberoServer::Nodi()) {
+        const QString codice = QString::fromLatin1(n.Chiave);
+        const QString voce = PrimaVoce(n);
+        mPane->VisualizzaServer(codice, voce.isEmpty() ? codice : codice + u'|' + voce);
+        ASSERT_TRUE(Attendi()) << n.Chiave;
+        const bool atteso = !maiAvviabili.contains(codice) && n.Tipo != modAlberoServer::Genere::Cartella;
+        const int stato = Servizio(n).second;
+        EXPECT_EQ(mPane->ComandoSospendi()->isEnabled(), atteso && stato == modCatalogo::StatoInFunzione) << n.Chiave;
+        EXPECT_EQ(mPane->ComandoAvvia()->isEnabled(), atteso && stato != modCatalogo::StatoInFunzione && stato != 8)
+            << n.Chiave;
+        avviabili += atteso ? 1 : 0;
+    }
+    EXPECT_EQ(avviabili, 29);
+
+    // A printer acts on the print service that holds it, and its buttons follow that service.
+    RefServizio* stampe = sServer->Ref->ServizioRef(u"PxSrvStampe"_s);
+    ASSERT_EQ(stampe->CodiceStato(), modCatalogo::StatoInFunzione);
     mPane->VisualizzaServer(u"3) Etichette magazzino"_s, u"SrvStampante|3"_s);
     ASSERT_TRUE(Attendi());
-    EXPECT_FALSE(mPane->ComandoAvvia()->isEnabled());
+    ASSERT_TRUE(mPane->ComandoSospendi()->isEnabled());
+    mPane->ComandoSospendi()->trigger();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return stampe->CodiceStato() != modCatalogo::StatoInFunzione; }, 5000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return mPane->ComandoAvvia()->isEnabled(); }, 5000));
     EXPECT_FALSE(mPane->ComandoSospendi()->isEnabled());
+    mPane->ComandoAvvia()->trigger();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return stampe->CodiceStato() == modCatalogo::StatoInFunzione; }, 5000));
+
+    // A folder's sheet never acts, even when asked.
+    RefServizio* cartella = sServer->Ref->ServizioRef(u"PxSrvDocStampe"_s);
+    const int prima = cartella->CodiceStato();
+    mPane->VisualizzaServer(u"Documenti stampe"_s, u"SrvDocStampe"_s);
+    ASSERT_TRUE(Attendi());
+    mPane->SospendiServizio();
+    mPane->AvviaServizio();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(cartella->CodiceStato(), prima);
+}
+
+TEST_F(Proprieta, TheOpenJobsAreThePrintersAtWorkAndFollowTheList)
+{
+    const auto inFunzione = [] {
+        pugi::xml_document doc;
+        doc.load_string(sServer->Ref->ServizioRef(u"PxSrvStampe"_s)->StatoXml().toUtf8().constData());
+        int n = 0;
+        for (const pugi::xml_node s : doc.document_element().child("Stampanti").children("Stampante"))
+            n += s.child("Stato").child("Codice").text().as_int() == modCatalogo::StatoInFunzione ? 1 : 0;
+        return n;
+    };
+    mPane->VisualizzaServer(u"Stampe"_s, u"SrvStampe"_s);
+    ASSERT_TRUE(Attendi());
+    const int prima = inFunzione();
+    ASSERT_GT(prima, 0);
+    EXPECT_EQ(Valore(3233), QString::number(prima));
+
+    // One more printer at work, then none of it.
+    ASSERT_TRUE(sServer->Ref->AggiungiStampante(
+        u"<Stampante><Chiave>99</Chiave><NumeroTarquel>99</NumeroTarquel><NomeStampanteWindows>Prova</NomeStampanteWindows>"
+        "<Stato><Codice>4</Codice><Descrizione>In funzione</Descrizione></Stato></Stampante>"_s));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return Valore(3233) == QString::number(prima + 1); }, 5000)) << Valore(3233).toStdString();
+    ASSERT_TRUE(sServer->Ref->RimuoviStampante(u"99"_s));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return Valore(3233) == QString::number(prima); }, 5000)) << Valore(3233).toStdString();
 }
 
 TEST_F(Proprieta, ListNodesFormatsTimeStampsAndTheLogFollowTheNode)
@@ -235,18 +335,27 @@ TEST_F(Proprieta, ListNodesFormatsTimeStampsAndTheLogFollowTheNode)
     QTest::qWait(300);
     EXPECT_EQ(mCaricati->count(), riempimenti);
 
-    // A folder shows the log of the service that owns it.
+    // A folder shows the log its own state names, not its service's.
     mPane->VisualizzaServer(u"Documenti fax"_s, u"SrvDocFax"_s);
     ASSERT_TRUE(Attendi());
-    EXPECT_TRUE(mPane->FileLog().endsWith(u"/PxSrvFax.log"_s)) << mPane->FileLog().toStdString();
+    EXPECT_TRUE(mPane->FileLog().endsWith(u"/PxSrvDocFax.log"_s)) << mPane->FileLog().toStdString();
+    EXPECT_EQ(log.File(), mPane->FileLog());
 }
 
-TEST_F(Proprieta, ActionsOpenOnlyTheirTextAndOnlyInsideTheServerFolder)
+TEST_F(Proprieta, ActionsOpenOnlyTheirTextAndNeverRunAnything)
 {
-    // A body file outside the server folder, and a header with no file at all.
+    // A body that is a script (wherever it is), a script behind a document's name, and a header
+    // with no file at all.
+    QTemporaryDir fuori;
+    QFile script(fuori.filePath(u"corpo.sh"_s));
+    ASSERT_TRUE(script.open(QIODevice::WriteOnly));
+    script.write("#!/bin/sh\n");
+    script.close();
+    ASSERT_TRUE(QFile::link(script.fileName(), fuori.filePath(u"D1.pdf"_s)));
     mPane->Oggetto(Oggetto(u"D1"_s, Documento("Stampa", u"D1"_s,
-                                              u"<FileCorpo><Percorso>/etc</Percorso><Nome>passwd</Nome></FileCorpo>"
-                                              "<FileIntestazione><Percorso/><Nome/></FileIntestazione>"_s)));
+                                              u"<FileCorpo><Percorso>%1</Percorso><Nome>corpo.sh</Nome></FileCorpo>"
+                                              "<FileScript><Percorso>%1</Percorso><Nome>D1.pdf</Nome></FileScript>"
+                                              "<FileIntestazione><Percorso/><Nome/></FileIntestazione>"_s.arg(fuori.path()))));
     ASSERT_TRUE(Attendi());
     QAction* apri = nullptr;
     for (QAction* a : mPane->Griglia()->actions())
@@ -263,9 +372,12 @@ TEST_F(Proprieta, ActionsOpenOnlyTheirTextAndOnlyInsideTheServerFolder)
     premi(3033, 3031);
     EXPECT_EQ(messaggi.count(), 0) << "an empty text opens nothing";
     premi(3034, 3032);
-    ASSERT_EQ(messaggi.count(), 1);
-    EXPECT_TRUE(messaggi.at(0).at(0).toString().startsWith(sServer->Testi.LoadDllString(8031)));
-    EXPECT_TRUE(messaggi.at(0).at(0).toString().endsWith(u"/etc/passwd"_s));
+    premi(3035, 3032);
+    ASSERT_EQ(messaggi.count(), 2);
+    EXPECT_TRUE(messaggi.at(0).at(0).toString().startsWith(sServer->Testi.LoadDllString(modApri::TipoImprevisto)));
+    EXPECT_TRUE(messaggi.at(0).at(0).toString().endsWith(u"/corpo.sh"_s));
+    EXPECT_TRUE(messaggi.at(1).at(0).toString().startsWith(sServer->Testi.LoadDllString(modApri::TipoImprevisto)));
+    EXPECT_TRUE(messaggi.at(1).at(0).toString().endsWith(u"/D1.pdf"_s));
 }
 
 TEST_F(Proprieta, TheViewersFollowTheSelection)
@@ -304,19 +416,33 @@ TEST_F(Proprieta, TheViewersFollowTheSelection)
     EXPECT_TRUE(corpo.File().isEmpty());
 }
 
-TEST_F(Proprieta, AnObjectTheServerCannotDescribeLeavesNoOtherSheetAndIsNotAskedAgain)
+TEST_F(Proprieta, AFailedRefreshIsDroppedTheSheetKeepsWhatItShowsAndTheNextTickTriesAgain)
 {
     mPane->Oggetto(Oggetto(u"D1"_s, Documento("Stampa", u"D1"_s)));
     ASSERT_TRUE(Attendi());
-    int richieste = 0;
-    mPane->Collegato({u"X9"_s, true, [&](QObject* richiedente, PxSrvOggetto::Esito fatto) {
-                          ++richieste;
-                          QTimer::singleShot(0, richiedente, [fatto] {
-                              fatto(PxRisposta{modContratto::Rifiutato, u"Documento X9 sconosciuto"_s, {}});
-                          });
-                      }});
-    ASSERT_TRUE(QTest::qWaitFor([&] { return mPane->LayoutVisualizzato() == 0; }, 5000));
-    QTest::qWait(1300);
-    EXPECT_EQ(richieste, 1);
-    EXPECT_EQ(mPane->Modello()->rowCount(), 0);
+    const int righe = mPane->Modello()->rowCount();
+
+    // The selection: two failures, then its description.
+    mPane->Oggetto(OggettoInstabile(u"E1"_s, Documento("Email", u"E1"_s), 2));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return mRichieste[u"E1"_s] >= 2; }, 5000));
+    EXPECT_EQ(mPane->LayoutVisualizzato(), 40);
+    EXPECT_EQ(mPane->Modello()->rowCount(), righe);
+    EXPECT_EQ(Valore(3006), u"D1"_s);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return mPane->LayoutVisualizzato() == 41; }, 5000));
+    EXPECT_EQ(Valore(3006), u"E1"_s);
+    EXPECT_EQ(mRichieste[u"E1"_s], 3);
+
+    // The linked document: one failure, then its description, on the linked timer.
+    mPane->Collegato(OggettoInstabile(u"A9"_s, Documento("Anteprima", u"A9"_s), 1, true));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return mRichieste[u"A9"_s] >= 1; }, 5000));
+    EXPECT_EQ(Valore(3006), u"E1"_s) << "the sheet stays as it was";
+    ASSERT_TRUE(QTest::qWaitFor([&] { return mPane->LayoutVisualizzato() == 39; }, 5000));
+    EXPECT_EQ(Valore(3006), u"A9"_s);
+    EXPECT_EQ(mRichieste[u"A9"_s], 2);
+
+    // A description that is not XML is dropped the same way.
+    mPane->Oggetto(Oggetto(u"X1"_s, u"<Documento Tipo="_s));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return mRichieste[u"X1"_s] >= 2; }, 5000));
+    EXPECT_EQ(mPane->LayoutVisualizzato(), 39);
+    EXPECT_EQ(Valore(3006), u"A9"_s);
 }
