@@ -56,6 +56,29 @@ void BM_Corpo_Rtf(benchmark::State& state)
     state.SetBytesProcessed(state.iterations() * Dati().size());
 }
 
+// A catalogue made of the markers' own characters, as any client's header may send, and a body of
+// nothing but those: every byte is a marker. The time grows with the body (before the markers were
+// read once, eight sequences "%" and a body "%%%%" took over a second and 30 MB).
+void BM_Corpo_RtfCatalogoDeiSegni(benchmark::State& state)
+{
+    const char simboli[] = "%[]$#!cf\\1 OnGR0FCMD";
+    modCorpo::Catalogo c;
+    for (size_t i = 0; i < 20; ++i)
+        (i < 10 ? c.On[i] : c.Off[i - 10]) = QByteArray(1, simboli[i]);
+    QByteArray corpo;
+    for (size_t k = 0; corpo.size() < state.range(0); ++k)
+        corpo += simboli[(k * 7) % 20];
+    qsizetype uscita = 0;
+    for (auto _ : state) {
+        const QByteArray rtf = modCorpo::Rtf(corpo, c);
+        uscita = rtf.size();
+        benchmark::DoNotOptimize(rtf.constData());
+    }
+    state.SetBytesProcessed(state.iterations() * corpo.size());
+    state.SetComplexityN(state.range(0));
+    state.counters["rtf/corpo"] = static_cast<double>(uscita) / static_cast<double>(corpo.size());
+}
+
 void BM_Corpo_ConvertitoEMostrato(benchmark::State& state)
 {
     const modCorpo::Catalogo c = EscP();
@@ -98,6 +121,7 @@ void BM_Peer_HtmlInQTextEdit(benchmark::State& state)
 } // namespace
 
 BENCHMARK(BM_Corpo_Rtf)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Corpo_RtfCatalogoDeiSegni)->RangeMultiplier(4)->Range(16 * 1024, modCorpo::Massimo)->Complexity(benchmark::oN)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Corpo_Leggi)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Corpo_ConvertitoEMostrato)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Peer_HtmlInQTextEdit)->Unit(benchmark::kMillisecond);

@@ -114,18 +114,26 @@ Automa Costruisci(const std::vector<QByteArray>& sequenze)
     return a;
 }
 
-// For every byte of `corpo`, the sequence marked from there (-1: none). The bytes are taken as the
-// printer takes them: left to right, at one place the longest sequence ("ESC w 1" is not a shorter
-// "ESC w" followed by "1"), and a sequence is not looked for inside one already taken.
-std::vector<signed char> Inizi(const QByteArray& corpo, const std::vector<QByteArray>& sequenze)
+// Where the sequences are in `corpo`, in order: the place and the sequence. The bytes are taken as
+// the printer takes them: left to right, at one place the longest sequence ("ESC w 1" is not a
+// shorter "ESC w" followed by "1"), and a sequence is not looked for inside one already taken.
+std::vector<std::pair<qsizetype, int>> Trovate(const QByteArray& corpo, const std::vector<QByteArray>& sequenze)
 {
     const Automa a = Costruisci(sequenze);
-    std::vector<signed char> inizi(static_cast<size_t>(corpo.size()), -1);
+    const qsizetype n = corpo.size();
+    const auto* dati = reinterpret_cast<const unsigned char*>(corpo.constData());
+    std::vector<signed char> inizi(static_cast<size_t>(n), -1); // the longest sequence from each byte
     int s = 0;
-    for (qsizetype i = 0; i < corpo.size(); ++i) {
-        s = Passo(a, s, static_cast<unsigned char>(corpo[i]));
-        const Nodo& n = a.Nodi[static_cast<size_t>(s)];
-        for (int t = n.Uscita >= 0 ? s : n.Altra; t > 0; t = a.Nodi[static_cast<size_t>(t)].Altra) {
+    for (qsizetype i = 0; i < n; ++i) {
+        if (s == 0) {
+            s = a.Radice[dati[i]];
+            if (s == 0)
+                continue;
+        } else {
+            s = Passo(a, s, dati[i]);
+        }
+        const Nodo& nodo = a.Nodi[static_cast<size_t>(s)];
+        for (int t = nodo.Uscita >= 0 ? s : nodo.Altra; t > 0; t = a.Nodi[static_cast<size_t>(t)].Altra) {
             const int j = a.Nodi[static_cast<size_t>(t)].Uscita;
             signed char& inizio = inizi[static_cast<size_t>(i - a.Lunghezze[static_cast<size_t>(j)] + 1)];
             if (inizio < 0 || a.Lunghezze[static_cast<size_t>(j)] > a.Lunghezze[static_cast<size_t>(inizio)])
@@ -133,13 +141,17 @@ std::vector<signed char> Inizi(const QByteArray& corpo, const std::vector<QByteA
         }
     }
     // Leftmost first: what starts inside a sequence already taken is dropped.
-    for (qsizetype i = 0; i < corpo.size();) {
-        const signed char j = inizi[static_cast<size_t>(i)];
-        const qsizetype fine = i + (j >= 0 ? a.Lunghezze[static_cast<size_t>(j)] : 1);
-        for (++i; i < fine; ++i)
-            inizi[static_cast<size_t>(i)] = -1;
+    std::vector<std::pair<qsizetype, int>> trovate;
+    for (qsizetype i = 0; i < n;) {
+        const int j = inizi[static_cast<size_t>(i)];
+        if (j < 0) {
+            ++i;
+            continue;
+        }
+        trovate.emplace_back(i, j);
+        i += a.Lunghezze[static_cast<size_t>(j)];
     }
-    return inizi;
+    return trovate;
 }
 
 bool Inizia(const QByteArray& t, qsizetype i, std::string_view s)
@@ -186,37 +198,50 @@ QByteArray Rtf(QByteArray corpo, const Catalogo& catalogo)
         }
     }
     const bool conSequenze = std::any_of(sequenze.begin(), sequenze.end(), [](const QByteArray& s) { return !s.isEmpty(); });
-    const std::vector<signed char> inizi = conSequenze ? Inizi(corpo, sequenze) : std::vector<signed char>();
-    const auto sequenza = [&](qsizetype i) { return conSequenze && inizi[static_cast<size_t>(i)] >= 0 ? inizi[static_cast<size_t>(i)] : -1; };
-    // No sequence starts in [da, a): the bytes there are the body's own text.
-    const auto libero = [&](qsizetype da, qsizetype a) {
-        for (qsizetype k = da; k < a; ++k)
-            if (sequenza(k) >= 0)
-                return false;
-        return true;
-    };
+    const std::vector<std::pair<qsizetype, int>> trovate = conSequenze ? Trovate(corpo, sequenze)
+                                                                       : std::vector<std::pair<qsizetype, int>>();
 
     // One pass over the body's bytes; what is written is never read again. Besides the sequences:
     // a server command "[%#PLX ... %]" is coloured, "%%" is one "%", "[%%$#!On]" and "[%%$#!Off]"
     // switch the colour, line ends become paragraphs, and the characters RTF reserves are escaped.
+    // What starts before a sequence ends where the sequence starts (`prossima`).
+    static constexpr auto Speciale = [] {
+        std::array<bool, 256> v{};
+        for (const unsigned char c : std::string_view("[%\r\n\\{}"))
+            v[c] = true;
+        v[0] = true;
+        return v;
+    }();
     const qsizetype n = corpo.size();
     QByteArray t;
     t.reserve(n + n / 8 + 64);
+    size_t m = 0;
+    qsizetype prossima = trovate.empty() ? n : trovate[0].first;
     for (qsizetype i = 0; i < n;) {
-        if (const int j = sequenza(i); j >= 0) {
+        if (i == prossima) {
+            const int j = trovate[m].second;
             t += segni[static_cast<size_t>(j)];
             i += sequenze[static_cast<size_t>(j)].size();
+            prossima = ++m < trovate.size() ? trovate[m].first : n;
+            continue;
+        }
+        qsizetype k = i;
+        while (k < prossima && !Speciale[static_cast<unsigned char>(corpo[k])])
+            ++k;
+        if (k > i) {
+            t.append(corpo.constData() + i, k - i);
+            i = k;
             continue;
         }
         const char c = corpo[i];
         if (c == '[') {
-            if (Inizia(corpo, i, "[%#PLX") && libero(i + 1, i + 6)) {
+            if (Inizia(corpo, i, "[%#PLX") && i + 6 <= prossima) {
                 t += "\\cf1 [%#PLX";
                 i += 6;
-            } else if (Inizia(corpo, i, "[%%$#!On]") && libero(i + 1, i + 9)) {
+            } else if (Inizia(corpo, i, "[%%$#!On]") && i + 9 <= prossima) {
                 t += "\\cf1 ";
                 i += 9;
-            } else if (Inizia(corpo, i, "[%%$#!Off]") && libero(i + 1, i + 10)) {
+            } else if (Inizia(corpo, i, "[%%$#!Off]") && i + 10 <= prossima) {
                 t += "\\cf0 ";
                 i += 10;
             } else {
@@ -226,10 +251,10 @@ QByteArray Rtf(QByteArray corpo, const Catalogo& catalogo)
         } else if (c == '%') {
             // A run of "%" is halved (rounding up: "%%%" is "%%"); one before "]" ends a command,
             // as if written "%%]": "%]" shows as itself, "%%]" as "%%]".
-            qsizetype k = i + 1;
-            while (k < n && corpo[k] == '%' && sequenza(k) < 0)
+            k = i + 1;
+            while (k < prossima && corpo[k] == '%')
                 ++k;
-            const bool chiude = k < n && corpo[k] == ']' && sequenza(k) < 0;
+            const bool chiude = k < prossima && corpo[k] == ']';
             t.append((k - i + (chiude ? 2 : 1)) / 2, '%');
             if (chiude) {
                 t += "]\\cf0 ";
@@ -238,13 +263,12 @@ QByteArray Rtf(QByteArray corpo, const Catalogo& catalogo)
             i = k;
         } else if (c == '\r' || c == '\n') {
             t += "\\par ";
-            i += c == '\r' && i + 1 < n && corpo[i + 1] == '\n' && sequenza(i + 1) < 0 ? 2 : 1;
+            i += c == '\r' && i + 1 < prossima && corpo[i + 1] == '\n' ? 2 : 1;
         } else {
-            if (c == '\0')
+            if (c == '\0') {
                 t += '\xF8';
-            else {
-                if (c == '\\' || c == '{' || c == '}')
-                    t += '\\';
+            } else {
+                t += '\\';
                 t += c;
             }
             ++i;
