@@ -12,33 +12,76 @@
 namespace {
 
 // yyyymmddhhmmss of "dd/MM/yyyy[ HH:mm[:ss]]"; -1 when the text is not a date.
-qint64 LeggiData(std::string_view t)
+// A date as the server may write it: "dd/MM/yyyy hh:mm:ss" above all, but also one-digit day
+// and month, "-" or "." between its parts (a dotted date needs a four-digit year, so that
+// "1.2.3" stays a version), a two-digit year (taken as 20yy), ISO "yyyy-MM-dd" with "T" or a
+// space before the time, "." between hours and minutes; seconds optional. yyyyMMddhhmmss, or
+// -1 when the text is no date. `ora`, when given, gets the offset of the time of day ("" none).
+qint64 LeggiData(std::string_view t, size_t* ora = nullptr)
 {
-    if (t.size() != 10 && t.size() != 16 && t.size() != 19)
-        return -1;
-    if (t[2] != '/' || t[5] != '/')
-        return -1;
-    const auto cifre = [&t](size_t da, size_t n, int& v) {
+    size_t i = 0;
+    const auto numero = [&t, &i](size_t minimo, size_t massimo, int& v) {
+        const size_t da = i;
         v = 0;
-        for (size_t i = da; i < da + n; ++i) {
-            if (t[i] < '0' || t[i] > '9')
-                return false;
-            v = v * 10 + (t[i] - '0');
-        }
-        return true;
+        while (i < t.size() && i - da < massimo && t[i] >= '0' && t[i] <= '9')
+            v = v * 10 + (t[i++] - '0');
+        return i - da >= minimo && (i == t.size() || t[i] < '0' || t[i] > '9');
     };
-    int g = 0, m = 0, a = 0, h = 0, mi = 0, s = 0;
-    if (!cifre(0, 2, g) || !cifre(3, 2, m) || !cifre(6, 4, a))
+    const auto segno = [&t, &i](char c) { return i < t.size() && t[i] == c ? (++i, true) : false; };
+    if (t.size() < 6 || t.size() > 32)
         return -1;
-    if (t.size() >= 16) {
-        if (t[10] != ' ' || t[13] != ':' || !cifre(11, 2, h) || !cifre(14, 2, mi))
+    int g = 0, m = 0, a = 0, h = 0, mi = 0, s = 0;
+    if (!numero(1, 4, g))
+        return -1;
+    if (i == 4) { // ISO: year first
+        a = g;
+        if (!segno('-') || !numero(2, 2, m) || !segno('-') || !numero(2, 2, g))
             return -1;
-        if (t.size() == 19 && (t[16] != ':' || !cifre(17, 2, s)))
+    } else {
+        const char sep = i < t.size() ? t[i] : '\0';
+        if (sep != '/' && sep != '-' && sep != '.')
+            return -1;
+        ++i;
+        const size_t inizioAnno = (numero(1, 2, m) && segno(sep)) ? i : std::string_view::npos;
+        if (inizioAnno == std::string_view::npos || !numero(2, 4, a) || i - inizioAnno == 3)
+            return -1;
+        if (i - inizioAnno == 2) {
+            if (sep == '.')
+                return -1;
+            a += 2000;
+        }
+    }
+    size_t inizioOra = std::string_view::npos;
+    if (i < t.size()) {
+        if (t[i] != ' ' && t[i] != 'T')
+            return -1;
+        ++i;
+        inizioOra = i;
+        if (!numero(1, 2, h))
+            return -1;
+        const char sep = i < t.size() ? t[i] : '\0';
+        if ((sep != ':' && sep != '.') || (++i, !numero(2, 2, mi)))
+            return -1;
+        if (i < t.size() && (!segno(sep) || !numero(2, 2, s)))
+            return -1;
+        if (i != t.size())
             return -1;
     }
     if (!QDate::isValid(a, m, g) || h > 23 || mi > 59 || s > 59)
         return -1;
+    if (ora)
+        *ora = inizioOra == std::string_view::npos ? t.size() : inizioOra;
     return ((((qint64(a) * 100 + m) * 100 + g) * 100 + h) * 100 + mi) * 100 + s;
+}
+
+// 0 when there is nothing to do, 100 once done reaches the total, else rounded.
+int Percentuale(qint64 fatti, qint64 totale)
+{
+    if (totale <= 0 || fatti <= 0)
+        return 0;
+    if (fatti >= totale)
+        return 100;
+    return static_cast<int>(std::clamp<qint64>((fatti * 200 + totale) / (totale * 2), 0, 100));
 }
 
 char Minuscola(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
@@ -355,12 +398,49 @@ int PxModelloContenuto::ConfrontaColonna(quint32 a, quint32 b, int colonna) cons
     return ConfrontaTesti(x, y);
 }
 
+int PxModelloContenuto::RangoFase(qint16 fase) const
+{
+    const auto f = mFasi.constFind(fase);
+    return f == mFasi.cend() ? 0x10000 + fase : f->first;
+}
+
 int PxModelloContenuto::ConfrontaGruppo(quint32 a, quint32 b) const
 {
-    // Grouped by the stage column, the groups follow the stages' order, then their text.
-    if (mColonnaGruppo == mColonnaFase && mRighe[a].Fase != mRighe[b].Fase)
-        return mRighe[a].Fase < mRighe[b].Fase ? -1 : 1;
+    // Grouped by stage, a group is a stage, whatever its rows' texts say.
+    if (PerFase()) {
+        const int x = RangoFase(mRighe[a].Fase), y = RangoFase(mRighe[b].Fase);
+        return x == y ? 0 : (x < y ? -1 : 1);
+    }
     return ConfrontaColonna(a, b, mColonnaGruppo);
+}
+
+void PxModelloContenuto::ImpostaColonnaFase(int colonna, QList<Fase> fasi)
+{
+    mColonnaFase = colonna;
+    mFasi.clear();
+    for (int i = 0; i < fasi.size(); ++i)
+        mFasi.insert(fasi[i].Numero, {i, fasi[i].Titolo});
+}
+
+quint32 PxModelloContenuto::RigaDelGruppo(size_t g) const
+{
+    return mGruppi[g].Numero ? mOrdine[mGruppi[g].Inizio] : mGruppi[g].Campione;
+}
+
+QString PxModelloContenuto::TitoloGruppo(size_t g) const
+{
+    const quint32 riga = RigaDelGruppo(g);
+    if (PerFase())
+        if (const auto f = mFasi.constFind(mRighe[riga].Fase); f != mFasi.cend() && !f->second.isEmpty())
+            return f->second;
+    return Utf8(Cella(riga, mColonnaGruppo));
+}
+
+QString PxModelloContenuto::ChiaveGruppo(quint32 riga) const
+{
+    if (PerFase())
+        return u'F' + QString::number(mRighe[riga].Fase);
+    return u'T' + Utf8(Cella(riga, mColonnaGruppo));
 }
 
 int PxModelloContenuto::Confronta(quint32 a, quint32 b) const
@@ -388,7 +468,7 @@ void PxModelloContenuto::Riordina()
     const bool discendente = mVerso == Qt::DescendingOrder;
     // Groups: each distinct (stage, text) gets its rank among them, so that grouping compares
     // numbers. The stage counts only when grouping by the stage column.
-    const bool perFase = mColonnaGruppo >= 0 && mColonnaGruppo == mColonnaFase;
+    const bool perFase = PerFase();
     std::map<qint16, std::unordered_map<std::string_view, quint32>> perFasi;
     std::vector<std::pair<qint16, std::string_view>> distinti;
     std::string_view ultimo;
@@ -400,7 +480,7 @@ void PxModelloContenuto::Riordina()
         quint64 g = 0;
         if (mColonnaGruppo >= 0) {
             // Rows come queue by queue: the stage of a row is mostly the one of the row before.
-            const std::string_view t = Cella(r, mColonnaGruppo);
+            const std::string_view t = perFase ? std::string_view() : Cella(r, mColonnaGruppo);
             const qint16 fase = perFase ? mRighe[r].Fase : qint16(0);
             if (distinti.empty() || t != ultimo || fase != ultimaFase) {
                 ultimo = t;
@@ -419,9 +499,9 @@ void PxModelloContenuto::Riordina()
         std::vector<quint32> ordine(distinti.size());
         for (quint32 i = 0; i < ordine.size(); ++i)
             ordine[i] = i;
-        std::sort(ordine.begin(), ordine.end(), [&distinti](quint32 a, quint32 b) {
+        std::sort(ordine.begin(), ordine.end(), [this, &distinti](quint32 a, quint32 b) {
             if (distinti[a].first != distinti[b].first)
-                return distinti[a].first < distinti[b].first;
+                return RangoFase(distinti[a].first) < RangoFase(distinti[b].first);
             return ConfrontaTesti(distinti[a].second, distinti[b].second) < 0;
         });
         std::vector<quint32> rango(distinti.size());
@@ -473,7 +553,7 @@ void PxModelloContenuto::Riordina()
     for (const quint32 n : quanti) {
         if (n == 0)
             continue;
-        mGruppi.push_back({inizio, n, mProssimoGruppo++});
+        mGruppi.push_back({inizio, n, mProssimoGruppo++, mOrdine[inizio]});
         mGruppoDaId.insert(mGruppi.back().Id, static_cast<quint32>(mGruppi.size() - 1));
         inizio += n;
     }
@@ -528,7 +608,7 @@ void PxModelloContenuto::Inserimento(quint32 riga)
     if (g < 0) {
         g = p < mOrdine.size() ? GruppoDellaPosizione(p) : static_cast<qint32>(mGruppi.size());
         beginInsertRows({}, g, g);
-        mGruppi.insert(mGruppi.begin() + g, {p, 0, mProssimoGruppo++});
+        mGruppi.insert(mGruppi.begin() + g, {p, 0, mProssimoGruppo++, riga});
         mGruppoDaId.clear();
         for (quint32 i = 0; i < mGruppi.size(); ++i)
             mGruppoDaId.insert(mGruppi[i].Id, i);
@@ -645,7 +725,7 @@ void PxModelloContenuto::Sposta(quint32 riga)
         if (b >= 0 && gt == gs)
             ++gt;
         beginInsertRows({}, gt, gt);
-        mGruppi.insert(mGruppi.begin() + gt, {0, 0, mProssimoGruppo++});
+        mGruppi.insert(mGruppi.begin() + gt, {0, 0, mProssimoGruppo++, riga});
         if (gt <= gs)
             ++gs;
         rifaiInizi();
@@ -691,10 +771,9 @@ void PxModelloContenuto::sort(int colonna, Qt::SortOrder verso)
         else
             chi.append({mOrdine[(id == 0 ? 0 : mGruppi[mGruppoDaId.value(quint32(id))].Inizio) + static_cast<size_t>(i.row())], 0});
     }
-    QList<QString> testiGruppi; // groups are made anew: keep them by their text
+    QList<QString> chiaviGruppi; // groups are made anew: keep them by their key
     for (const auto& [r, id] : chi)
-        testiGruppi.append(r == Tomba ? Utf8(Cella(mOrdine[mGruppi[mGruppoDaId.value(quint32(id))].Inizio], mColonnaGruppo))
-                                      : QString());
+        chiaviGruppi.append(r == Tomba ? ChiaveGruppo(RigaDelGruppo(mGruppoDaId.value(quint32(id)))) : QString());
     mColonnaOrdine = colonna;
     mVerso = verso;
     Riordina();
@@ -706,7 +785,7 @@ void PxModelloContenuto::sort(int colonna, Qt::SortOrder verso)
         if (id >= BaseCollegati)
             nuovi.append(createIndex(static_cast<int>(r), c, id));
         else if (r == Tomba) {
-            const QModelIndex g = IndiceGruppo(testiGruppi[k]);
+            const QModelIndex g = IndiceGruppo(chiaviGruppi[k]);
             nuovi.append(g.isValid() ? index(g.row(), c) : QModelIndex());
         } else
             nuovi.append(Indice(static_cast<qint32>(r), c));
@@ -727,11 +806,12 @@ void PxModelloContenuto::ImpostaRaggruppamento(int colonna)
     endResetModel();
 }
 
-QModelIndex PxModelloContenuto::IndiceGruppo(const QString& testo) const
+QModelIndex PxModelloContenuto::IndiceGruppo(const QString& chiave) const
 {
-    const QByteArray t = testo.toUtf8();
+    if (mColonnaGruppo < 0 || mInCaricamento)
+        return {};
     for (size_t g = 0; g < mGruppi.size(); ++g)
-        if (Cella(mOrdine[mGruppi[g].Inizio], mColonnaGruppo) == std::string_view(t.constData(), static_cast<size_t>(t.size())))
+        if (ChiaveGruppo(RigaDelGruppo(g)) == chiave)
             return createIndex(static_cast<int>(g), 0, quintptr(0));
     return {};
 }
@@ -851,6 +931,8 @@ QModelIndex PxModelloContenuto::index(int row, int column, const QModelIndex& pa
     if (parent.internalId() >= BaseCollegati || parent.column() != 0)
         return {};
     if (parent.internalId() == 0 && mColonnaGruppo >= 0) {
+        if (static_cast<size_t>(parent.row()) >= mGruppi.size())
+            return {};
         const Gruppo& g = mGruppi[static_cast<size_t>(parent.row())];
         return static_cast<quint32>(row) < g.Numero ? createIndex(row, column, quintptr(g.Id)) : QModelIndex();
     }
@@ -883,7 +965,7 @@ int PxModelloContenuto::rowCount(const QModelIndex& parent) const
     if (parent.column() != 0 || parent.internalId() >= BaseCollegati)
         return 0;
     if (parent.internalId() == 0 && mColonnaGruppo >= 0)
-        return static_cast<int>(mGruppi[static_cast<size_t>(parent.row())].Numero);
+        return static_cast<size_t>(parent.row()) < mGruppi.size() ? static_cast<int>(mGruppi[static_cast<size_t>(parent.row())].Numero) : 0;
     const qint32 r = data(parent, RuoloRiga).toInt();
     return r < 0 ? 0 : static_cast<int>(mRighe[static_cast<size_t>(r)].NumeroCollegati);
 }
@@ -916,11 +998,13 @@ QVariant PxModelloContenuto::data(const QModelIndex& indice, int ruolo) const
     const int c = indice.column();
     // A group row.
     if (id == 0 && mColonnaGruppo >= 0) {
-        const Gruppo& g = mGruppi[static_cast<size_t>(indice.row())];
+        const size_t numero = static_cast<size_t>(indice.row());
+        if (numero >= mGruppi.size())
+            return {};
+        const Gruppo& g = mGruppi[numero];
         switch (ruolo) {
         case Qt::DisplayRole:
-            return c == 0 ? Utf8(Cella(mOrdine[g.Inizio], mColonnaGruppo)) + QStringLiteral(" (%1)").arg(g.Numero)
-                          : QVariant();
+            return c == 0 ? TitoloGruppo(numero) + QStringLiteral(" (%1)").arg(g.Numero) : QVariant();
         case Qt::FontRole: {
             QFont f;
             f.setBold(true);
@@ -928,11 +1012,12 @@ QVariant PxModelloContenuto::data(const QModelIndex& indice, int ruolo) const
         }
         case Qt::ForegroundRole: {
             // A stage's rows share their colour: the group shows it too.
-            const quint32 colore = mRighe[mOrdine[g.Inizio]].Colore;
+            const quint32 colore = mRighe[RigaDelGruppo(numero)].Colore;
             return colore == 0 ? QVariant() : QVariant(QColor(colore & 0xFF, (colore >> 8) & 0xFF, (colore >> 16) & 0xFF));
         }
         case RuoloGruppo: return true;
-        case RuoloOrdinamento: return Utf8(Cella(mOrdine[g.Inizio], mColonnaGruppo));
+        case RuoloOrdinamento: return TitoloGruppo(numero);
+        case RuoloChiaveGruppo: return ChiaveGruppo(RigaDelGruppo(numero));
         case RuoloRiga: return -1;
         default: return {};
         }
@@ -951,8 +1036,13 @@ QVariant PxModelloContenuto::data(const QModelIndex& indice, int ruolo) const
         default: return {};
         }
     }
-    const size_t posizione = (id == 0 ? 0 : mGruppi[mGruppoDaId.value(static_cast<quint32>(id))].Inizio)
-        + static_cast<size_t>(indice.row());
+    size_t posizione = static_cast<size_t>(indice.row());
+    if (id != 0) {
+        const auto g = mGruppoDaId.constFind(static_cast<quint32>(id));
+        if (g == mGruppoDaId.cend() || *g >= mGruppi.size())
+            return {};
+        posizione += mGruppi[*g].Inizio;
+    }
     if (posizione >= mOrdine.size())
         return {};
     const quint32 riga = mOrdine[posizione];
@@ -967,14 +1057,15 @@ QVariant PxModelloContenuto::data(const QModelIndex& indice, int ruolo) const
             return Utf8(testo);
         if (testo.empty())
             return mNonDisponibile;
-        const qint64 v = LeggiData(testo);
+        size_t ora = 0;
+        const qint64 v = LeggiData(testo, &ora);
         const qint64 giorno = v / 1000000;
         const QDate oggi = QDate::currentDate();
         const qint64 g0 = (oggi.year() * 100 + oggi.month()) * 100 + oggi.day();
         const QDate ieri = oggi.addDays(-1);
         const qint64 g1 = (ieri.year() * 100 + ieri.month()) * 100 + ieri.day();
-        if ((giorno == g0 || giorno == g1) && testo.size() > 10)
-            return (giorno == g0 ? mOggi : mIeri) + u' ' + Utf8(testo.substr(11));
+        if ((giorno == g0 || giorno == g1) && ora < testo.size())
+            return (giorno == g0 ? mOggi : mIeri) + u' ' + Utf8(testo.substr(ora));
         return Utf8(testo);
     }
     case Qt::ToolTipRole: return c == 0 || data ? Utf8(testo) : QVariant();
@@ -990,7 +1081,7 @@ QVariant PxModelloContenuto::data(const QModelIndex& indice, int ruolo) const
         // Black is the palette's own text colour, so that a dark theme stays readable.
         return r.Colore == 0 ? QVariant() : QVariant(QColor(r.Colore & 0xFF, (r.Colore >> 8) & 0xFF, (r.Colore >> 16) & 0xFF));
     case Qt::FontRole: {
-        if (!data || testo.size() < 10)
+        if (!data || testo.empty())
             return {};
         const qint64 giorno = LeggiData(testo) / 1000000;
         const QDate oggi = QDate::currentDate(), ieri = oggi.addDays(-1);
@@ -1011,6 +1102,7 @@ QVariant PxModelloContenuto::data(const QModelIndex& indice, int ruolo) const
                          QTime(int(v / 10000 % 100), int(v / 100 % 100), int(v % 100)));
     }
     case RuoloChiave: return Utf8(Cella(riga, 0));
+    case RuoloChiaveGruppo: return mColonnaGruppo >= 0 ? QVariant(ChiaveGruppo(riga)) : QVariant();
     case RuoloAvanzamento: {
         if (!mColonne[c].Avanzamento)
             return {};
@@ -1020,7 +1112,7 @@ QVariant PxModelloContenuto::data(const QModelIndex& indice, int ruolo) const
             return {};
         const qint64 fatti = QByteArrayView(t.substr(0, barra)).toLongLong();
         const qint64 totale = QByteArrayView(t.substr(barra + 1)).toLongLong();
-        return totale > 0 ? QVariant(static_cast<int>(std::clamp<qint64>(fatti * 100 / totale, 0, 100))) : QVariant();
+        return Percentuale(fatti, totale);
     }
     default: return {};
     }

@@ -29,6 +29,16 @@ public:
     static constexpr int RuoloAvanzamento = Qt::UserRole + 3; // 0-100 in a progress cell
     static constexpr int RuoloGruppo = Qt::UserRole + 4;      // true on a group row
     static constexpr int RuoloRiga = Qt::UserRole + 5;        // the document's row; -1 for others
+    // The key of the group a row is in, or of a group row: "F" + stage number when grouped by
+    // stage, "T" + the column's text otherwise; invalid when not grouped.
+    static constexpr int RuoloChiaveGruppo = Qt::UserRole + 6;
+
+    // A stage of the work (a folder's queue) as its group shows it.
+    struct Fase
+    {
+        qint16 Numero;
+        QString Titolo;
+    };
 
     struct Colonna
     {
@@ -83,13 +93,17 @@ public:
 
     // Groups rows by the text of `colonna`; -1 for none.
     void ImpostaRaggruppamento(int colonna);
-    // The column that tells a row's stage: grouped by it, groups follow the stages' order.
-    void ImpostaColonnaFase(int colonna) { mColonnaFase = colonna; }
+    // The column that tells a row's stage: grouped by it, the rows are grouped by their stage
+    // (not by the column's text), one group per stage, in the order of `fasi` (the order of
+    // the work), each titled with its stage's caption; a stage missing from `fasi` comes after
+    // them, titled with its first row's text.
+    void ImpostaColonnaFase(int colonna, QList<Fase> fasi = {});
+    bool PerFase() const { return mColonnaGruppo >= 0 && mColonnaGruppo == mColonnaFase; }
     int ColonnaRaggruppamento() const { return mColonnaGruppo; }
     int ColonnaOrdinamento() const { return mColonnaOrdine; }
     Qt::SortOrder Verso() const { return mVerso; }
-    // The group row of `testo`; invalid when no row has that text.
-    QModelIndex IndiceGruppo(const QString& testo) const;
+    // The group row of `chiave` (as RuoloChiaveGruppo gives it); invalid when none.
+    QModelIndex IndiceGruppo(const QString& chiave) const;
 
     // QAbstractItemModel
     QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
@@ -123,9 +137,10 @@ private:
     };
     struct Gruppo
     {
-        quint32 Inizio;  // first position in mOrdine
+        quint32 Inizio;   // first position in mOrdine
         quint32 Numero;
-        quint32 Id;      // stable, for the indexes of its rows
+        quint32 Id;       // stable, for the indexes of its rows
+        quint32 Campione; // a row of the group, naming it while it is being filled (Numero 0)
     };
 
     static constexpr quint32 BitData = 0x80000000u;
@@ -146,6 +161,11 @@ private:
     int Confronta(quint32 a, quint32 b) const;
     int ConfrontaColonna(quint32 a, quint32 b, int colonna) const;
     int ConfrontaGruppo(quint32 a, quint32 b) const;
+    int RangoFase(qint16 fase) const;
+    // The row that names group `g`, its title and its key.
+    quint32 RigaDelGruppo(size_t g) const;
+    QString TitoloGruppo(size_t g) const;
+    QString ChiaveGruppo(quint32 riga) const;
     void Riordina(); // sorts mOrdine, rebuilds groups and positions
     quint32 PosizioneNuova(quint32 riga) const;
     qint32 GruppoDellaPosizione(quint32 posizione) const;
@@ -179,6 +199,7 @@ private:
     quint32 mProssimoGruppo = 1;
     int mColonnaGruppo = -1;
     int mColonnaFase = -1;
+    QHash<qint16, std::pair<int, QString>> mFasi; // stage: its rank in the work, its title
     int mColonnaOrdine = -1;
     Qt::SortOrder mVerso = Qt::AscendingOrder;
     bool mInCaricamento = false;

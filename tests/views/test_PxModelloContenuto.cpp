@@ -235,4 +235,78 @@ TEST(Elenco, HiddenQueuesAreCutLinkedDocumentsBecomeChildrenShortNodesAreSkipped
     EXPECT_EQ(modello.rowCount(), 0);
 }
 
+// Grouped by stage, a group is a queue: one per stage whatever its rows' state texts say,
+// titled with the stage's caption, in the order of the work, its key the stage's.
+TEST_F(Modello, StagesGroupByQueueTitledWithTheirCaptionInTheOrderOfTheWork)
+{
+    mModello.IniziaCaricamento();
+    const auto aggiungi = [this](const char* id, const char* stato, qint16 fase) {
+        const std::string_view celle[] = {id, stato, ""};
+        mModello.Aggiungi(celle, fase == 9 ? 255u : 0u, 0, fase);
+    };
+    aggiungi("A", "Errore 12: linea occupata", 9);
+    aggiungi("B", "In attesa", 0);
+    aggiungi("C", "Errore 12: nessuna risposta", 9);
+    aggiungi("D", "Spostato dall'operatore", 12);
+    aggiungi("E", "Sconosciuto", 11);
+    mModello.FineCaricamento();
+    mModello.ImpostaColonnaFase(1, {{0, u"Da convertire"_s}, {12, u"Da pubblicare"_s}, {9, u"Respinti"_s}});
+    mModello.ImpostaRaggruppamento(1);
+    EXPECT_EQ(Righe(), (QStringList{u"[Da convertire (1)]"_s, u"B"_s, u"[Da pubblicare (1)]"_s, u"D"_s,
+                                    u"[Respinti (2)]"_s, u"A"_s, u"C"_s, u"[Sconosciuto (1)]"_s, u"E"_s}));
+    const QModelIndex respinti = mModello.IndiceGruppo(u"F9"_s);
+    ASSERT_TRUE(respinti.isValid());
+    EXPECT_EQ(respinti.row(), 2);
+    EXPECT_EQ(respinti.data(Qt::ForegroundRole).value<QColor>(), QColor(255, 0, 0));
+    EXPECT_EQ(mModello.index(0, 1, respinti).data().toString(), u"Errore 12: linea occupata"_s) << "the state stays a column";
+
+    // A notice that changes only the state text keeps the row in its stage; a new stage opens
+    // its group where the work puts it, and the last row leaving a stage closes it.
+    const std::string_view b[] = {"B", "Errore 7: carta", ""};
+    mModello.Aggiorna(mModello.Riga(std::string_view("B")), b, 255, 0, 9);
+    const std::string_view a[] = {"A", "Errore 99", ""};
+    mModello.Aggiorna(mModello.Riga(std::string_view("A")), a, 255, 0, 9);
+    EXPECT_EQ(Righe(), (QStringList{u"[Da pubblicare (1)]"_s, u"D"_s, u"[Respinti (3)]"_s, u"A"_s, u"B"_s, u"C"_s,
+                                    u"[Sconosciuto (1)]"_s, u"E"_s}));
+    const std::string_view d[] = {"D", "x", ""};
+    mModello.Aggiorna(mModello.Riga(std::string_view("D")), d, 0, 0, 0);
+    EXPECT_EQ(Righe().first(), u"[Da convertire (1)]"_s);
+    EXPECT_FALSE(mModello.IndiceGruppo(u"F12"_s).isValid());
+
+    // Grouped by another column, the texts make the groups again.
+    mModello.ImpostaRaggruppamento(0);
+    EXPECT_EQ(mModello.rowCount(), 5);
+    EXPECT_TRUE(mModello.IndiceGruppo(u"TA"_s).isValid());
+}
+
+TEST_F(Modello, DatesWrittenInOtherFormsStillSortAsDates)
+{
+    Carica({{"A", "x", "1/2/2024 9.05"}, {"B", "x", "2024-01-03T10:00:00"}, {"C", "x", "02-01-2024 10:00"},
+            {"D", "x", "31.01.2024"}, {"E", "x", "05/01/24 08:00:00"}});
+    mModello.sort(2, Qt::AscendingOrder);
+    EXPECT_EQ(Righe(), (QStringList{u"C"_s, u"B"_s, u"E"_s, u"D"_s, u"A"_s}));
+    EXPECT_EQ(mModello.index(4, 2).data(PxModelloContenuto::RuoloOrdinamento).toDateTime(),
+              QDateTime(QDate(2024, 2, 1), QTime(9, 5)));
+    EXPECT_EQ(mModello.index(4, 2).data().toString(), u"1/2/2024 9.05"_s) << "shown as the server wrote it";
+    // Versions, numbers and impossible days stay text.
+    for (const char* testo : {"1.2.3", "12", "31/02/2024", "2024-13-01", "1/2/2024 25:00", "10/10/2024x"}) {
+        Carica({{"A", "x", testo}});
+        EXPECT_EQ(mModello.index(0, 2).data(PxModelloContenuto::RuoloOrdinamento).typeId(), QMetaType::QString) << testo;
+    }
+}
+
+TEST(Avanzamento, NothingToDoIsZeroDoneIsAHundredTheRestRounds)
+{
+    PxModelloContenuto modello;
+    modello.ImpostaColonne({{u"ID"_s}, {u"Avanzamento"_s, false, false, true}});
+    const std::pair<const char*, int> casi[] = {{"0/0", 0}, {"5/5", 100}, {"7/5", 100}, {"1/3", 33}, {"2/3", 67},
+                                                {"1/200", 1}, {"199/200", 100}, {"0/7", 0}};
+    for (const auto& [testo, atteso] : casi) {
+        modello.Svuota();
+        const std::string_view celle[] = {"K", testo};
+        ASSERT_TRUE(modello.Inserisci(celle, 0));
+        EXPECT_EQ(modello.index(0, 1).data(PxModelloContenuto::RuoloAvanzamento).toInt(), atteso) << testo;
+    }
+}
+
 } // namespace
