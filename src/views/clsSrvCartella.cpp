@@ -81,6 +81,21 @@ int clsSrvCartella::RaggruppamentoPredefinito() const
     return -1;
 }
 
+QList<PxModelloContenuto::Fase> clsSrvCartella::Fasi() const
+{
+    // The toggles stand in the order of the work (the fax folder's queue 12 between 3 and 4);
+    // a queue without a toggle has no caption and comes after, named by its rows' state.
+    std::vector<std::pair<qint32, qint16>> perFiltro;
+    for (size_t k = 0; k < mDef.Code.size(); ++k)
+        if (mDef.Code[k].Filtro)
+            perFiltro.emplace_back(mDef.Code[k].Filtro, static_cast<qint16>(k));
+    std::sort(perFiltro.begin(), perFiltro.end());
+    QList<PxModelloContenuto::Fase> fasi;
+    for (const auto& [filtro, coda] : perFiltro)
+        fasi.append({coda, mContesto.Testi().LoadDllString(mDef.Code[static_cast<size_t>(coda)].Testo)});
+    return fasi;
+}
+
 void clsSrvCartella::CreaPulsanti()
 {
     PxBarraComandi& barra = mAmbiente.Barra;
@@ -304,6 +319,7 @@ void clsSrvCartella::Sposta(qint32 coda)
         if (!mCartella || NumeroSelezionati() == 0)
             return;
         Clessidra clessidra;
+        Segui(ChiaviSelezionate()); // the moved documents stay in sight where they land
         mCartella->SpostaDocumenti(selezione, coda, this, Esito("Sposta", true));
     });
 }
@@ -323,7 +339,7 @@ void clsSrvCartella::InviaCompresso()
 {
     modTraccia::Proteggi("InviaCompresso", [&] {
         if (mCartella && NumeroSelezionati() > 0)
-            mCartella->InviaCompresso(CreaXmlSelezione(), this, Esito("InviaCompresso", false));
+            mCartella->InviaCompresso(CreaXmlSelezione(), this, Esito("InviaCompresso", true));
     });
 }
 

@@ -43,6 +43,7 @@ protected:
     QList<PxModelloContenuto::Colonna> CreaColonne() override;
     int RaggruppamentoPredefinito() const override;
     int ColonnaFase() const override { return RaggruppamentoPredefinito(); }
+    QList<PxModelloContenuto::Fase> Fasi() const override;
 
 private:
     void Sposta(qint32 coda);

@@ -9,6 +9,7 @@
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QScrollBar>
+#include <QTimer>
 #include <QTreeView>
 
 #include <pugixml.hpp>
@@ -17,29 +18,70 @@
 #include <map>
 
 namespace {
-// Expanded rows are remembered by key; groups by their text, marked so.
+// Expanded rows are remembered by key; groups by their group key, marked so.
 QString ChiaveEspansa(const QModelIndex& i)
 {
     if (i.data(PxModelloContenuto::RuoloGruppo).toBool())
-        return u'\x1f' + i.data(PxModelloContenuto::RuoloOrdinamento).toString();
+        return u'\x1f' + i.data(PxModelloContenuto::RuoloChiaveGruppo).toString();
     return i.data(PxModelloContenuto::RuoloChiave).toString();
 }
 } // namespace
 
 clsSrvVista::clsSrvVista(PxAmbienteVista& ambiente, QString chiave, QString versione, QObject* parent)
     : QObject(parent), mAmbiente(ambiente), mContesto(ambiente.Contesto), mChiave(std::move(chiave)),
-      mVersione(std::move(versione))
+      mVersione(std::move(versione)), mTimerLayout(new QTimer(this))
 {
     QTreeView& lista = mAmbiente.Lista;
+    PxModelloContenuto& modello = mAmbiente.Modello;
     connect(lista.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { emit ContenutoCambiato(); });
     connect(lista.selectionModel(), &QItemSelectionModel::currentChanged, this, [this] { emit OggettoCorrenteCambiato(); });
-    connect(&mAmbiente.Modello, &QAbstractItemModel::modelReset, this, [this] { emit ContenutoCambiato(); });
-    connect(&mAmbiente.Modello, &QAbstractItemModel::rowsInserted, this, [this](const QModelIndex& genitore) {
+    connect(&modello, &QAbstractItemModel::modelReset, this, [this] { emit ContenutoCambiato(); });
+    // One row at a time: what is above the viewport does not move what the operator looks at.
+    connect(&modello, &QAbstractItemModel::rowsAboutToBeInserted, this, &clsSrvVista::FissaCima);
+    connect(&modello, &QAbstractItemModel::rowsAboutToBeRemoved, this, &clsSrvVista::FissaCima);
+    connect(&modello, &QAbstractItemModel::rowsAboutToBeMoved, this, &clsSrvVista::FissaCima);
+    connect(lista.verticalScrollBar(), &QScrollBar::valueChanged, this, [this] {
+        if (!mCambioInCorso)
+            PrendiCima();
+    });
+    connect(&modello, &QAbstractItemModel::rowsInserted, this, [this](const QModelIndex& genitore, int primo, int ultimo) {
         if (!genitore.isValid())
-            SegnaGruppi();
+            ApplicaStatoGruppi(primo, ultimo);
+        RipristinaCima();
+        MostraSeguiti();
         emit ContenutoCambiato();
     });
-    connect(&mAmbiente.Modello, &QAbstractItemModel::rowsRemoved, this, [this] { emit ContenutoCambiato(); });
+    connect(&modello, &QAbstractItemModel::rowsRemoved, this, [this] {
+        RipristinaCima();
+        emit ContenutoCambiato();
+    });
+    connect(&modello, &QAbstractItemModel::rowsMoved, this, [this] {
+        RipristinaCima();
+        MostraSeguiti();
+    });
+    // Groups keep the state the operator gave them, by stage (or text), for the view's life.
+    const auto ricorda = [this](const QModelIndex& i, bool aperto) {
+        if (!i.data(PxModelloContenuto::RuoloGruppo).toBool())
+            return;
+        mGruppiAperti.insert(i.data(PxModelloContenuto::RuoloChiaveGruppo).toString(), aperto);
+        if (!mInRiempimento && mContesto.Impostazioni().GroupRowExpandCollapseColumnBestFit)
+            AdattaColonne();
+    };
+    connect(&lista, &QTreeView::expanded, this, [ricorda](const QModelIndex& i) { ricorda(i, true); });
+    connect(&lista, &QTreeView::collapsed, this, [ricorda](const QModelIndex& i) { ricorda(i, false); });
+    // The list's layout is taken when the operator moves, sorts or sizes a column (not while
+    // the list is being filled), a moment after the last change.
+    mTimerLayout->setSingleShot(true);
+    mTimerLayout->setInterval(250);
+    connect(mTimerLayout, &QTimer::timeout, this, [this] { modTraccia::Proteggi("SalvaLayout", [&] { SalvaLayout(); }); });
+    const auto presa = [this] {
+        if (!mInRiempimento)
+            mTimerLayout->start();
+    };
+    QHeaderView* testata = lista.header();
+    connect(testata, &QHeaderView::sectionMoved, this, presa);
+    connect(testata, &QHeaderView::sectionResized, this, presa);
+    connect(testata, &QHeaderView::sortIndicatorChanged, this, presa);
     connect(&lista, &QTreeView::activated, this, [this](const QModelIndex& i) {
         if (i.data(PxModelloContenuto::RuoloRiga).toInt() >= 0)
             Attiva();
@@ -62,12 +104,13 @@ clsSrvVista::~clsSrvVista()
 void clsSrvVista::Avvia()
 {
     modTraccia::Proteggi("Avvia", [&] {
+        mInRiempimento = true;
         CreaPulsanti();
         const pugi::xml_node layout = NodoLayout(false);
         mAmbiente.Barra.CaricaStato(layout.child("Comandi"));
         const QList<PxModelloContenuto::Colonna> colonne = CreaColonne();
         mAmbiente.Modello.ImpostaColonne(colonne);
-        mAmbiente.Modello.ImpostaColonnaFase(ColonnaFase());
+        mAmbiente.Modello.ImpostaColonnaFase(ColonnaFase(), Fasi());
         QHeaderView* testata = mAmbiente.Lista.header();
         for (int k = 0; k < colonne.size(); ++k)
             mAmbiente.Lista.setColumnHidden(k, colonne[k].Nascosta);
@@ -79,13 +122,17 @@ void clsSrvVista::Avvia()
                 testata->restoreState(stato);
             if (const pugi::xml_attribute g = layout.child("Raggruppamento").attribute("Colonna"))
                 gruppo = g.as_int(-1);
-        } else {
-            // Columns fit their content once the first rows are there.
-            mMisura = mContesto.Impostazioni().ColumnBestFit;
+            for (const pugi::xml_node g : layout.child("Gruppi").children("Gruppo"))
+                mGruppiAperti.insert(QString::fromUtf8(g.attribute("Chiave").value()), g.attribute("Aperto").as_bool());
         }
+        // Columns fit their content once the first rows are there, unless the operator sized them.
+        mMisura = mContesto.Impostazioni().ColumnBestFit && (!layout || !layout.child("Colonne").text());
         mAmbiente.Modello.ImpostaRaggruppamento(gruppo);
         if (testata->sortIndicatorSection() >= 0 && testata->sortIndicatorSection() < colonne.size())
             mAmbiente.Modello.sort(testata->sortIndicatorSection(), testata->sortIndicatorOrder());
+        // Another view's columns may have been scrolled: this one starts at its first column.
+        mAmbiente.Lista.horizontalScrollBar()->setValue(0);
+        mInRiempimento = false;
         AggiornaContenuto();
     });
 }
@@ -124,6 +171,14 @@ void clsSrvVista::SalvaLayout()
     nodo.append_child("Colonne").text().set(mAmbiente.Lista.header()->saveState().toBase64().constData());
     mAmbiente.Barra.SalvaStato(nodo.append_child("Comandi"));
     nodo.append_child("Raggruppamento").append_attribute("Colonna") = mAmbiente.Modello.ColonnaRaggruppamento();
+    pugi::xml_node gruppi = nodo.append_child("Gruppi");
+    int quanti = 0;
+    // Grouped by a column of free text, groups come and go by the thousand: a few hundred do.
+    for (auto g = mGruppiAperti.cbegin(); g != mGruppiAperti.cend() && quanti++ < 500; ++g) {
+        pugi::xml_node n = gruppi.append_child("Gruppo");
+        n.append_attribute("Chiave") = g.key().toUtf8().constData();
+        n.append_attribute("Aperto") = g.value();
+    }
 }
 
 // ---- keeping the operator's place
@@ -138,19 +193,22 @@ void clsSrvVista::RicaricaMantenendo(const std::function<void()>& carica)
     const QModelIndex cima = lista.indexAt(QPoint(1, 1));
     const QString chiaveCima = cima.isValid() ? ChiaveEspansa(cima.siblingAtColumn(0)) : QString();
     const int orizzontale = lista.horizontalScrollBar()->value();
+    // Groups keep their state by key (mGruppiAperti); documents showing their linked
+    // documents are remembered here. Only documents in open groups can show them.
     QStringList espansi;
     for (int g = 0; g < modello.rowCount(); ++g) {
         const QModelIndex i = modello.index(g, 0);
-        if (lista.isExpanded(i))
-            espansi << ChiaveEspansa(i);
-        // Linked documents shown: only documents in expanded groups can be.
-        if (i.data(PxModelloContenuto::RuoloGruppo).toBool() && lista.isExpanded(i))
+        if (!i.data(PxModelloContenuto::RuoloGruppo).toBool()) {
+            if (modello.hasChildren(i) && lista.isExpanded(i))
+                espansi << ChiaveEspansa(i);
+        } else if (lista.isExpanded(i)) {
             for (int r = 0; r < modello.rowCount(i); ++r)
                 if (const QModelIndex d = modello.index(r, 0, i); modello.hasChildren(d) && lista.isExpanded(d))
                     espansi << ChiaveEspansa(d);
+        }
     }
-    const bool primaVolta = modello.rowCount() == 0;
 
+    mInRiempimento = true;
     carica();
 
     const auto trova = [&modello](const QString& chiave) {
@@ -159,12 +217,9 @@ void clsSrvVista::RicaricaMantenendo(const std::function<void()>& carica)
         return modello.Indice(modello.Riga(chiave));
     };
     SegnaGruppi();
-    if (primaVolta)
-        EspandiGruppi();
-    else
-        for (const QString& chiave : espansi)
-            if (const QModelIndex i = trova(chiave); i.isValid())
-                lista.expand(i);
+    for (const QString& chiave : espansi)
+        if (const QModelIndex i = trova(chiave); i.isValid())
+            lista.expand(i);
     // The selection as ranges of consecutive rows under each parent.
     std::map<std::pair<quintptr, int>, std::vector<int>> perGenitore;
     QHash<quintptr, QModelIndex> genitori;
@@ -193,53 +248,144 @@ void clsSrvVista::RicaricaMantenendo(const std::function<void()>& carica)
     if (const QModelIndex c = trova(chiaveCima); c.isValid())
         lista.scrollTo(c, QAbstractItemView::PositionAtTop);
     lista.horizontalScrollBar()->setValue(orizzontale);
-    if (mMisura && modello.NumeroRighe() > 0) {
+    mInRiempimento = false;
+    if ((mMisura || mContesto.Impostazioni().ColumnBestFitContinuous) && modello.NumeroRighe() > 0) {
         mMisura = false;
         AdattaColonne();
     }
+    MostraSeguiti();
+    mSeguiti.clear(); // the reload that follows a command: what it moved has been shown
+    PrendiCima();
 }
 
 void clsSrvVista::AdattaColonne()
 {
-    // Measured on the first rows of the model, not on those on screen: groups may be closed.
     QTreeView& lista = mAmbiente.Lista;
     PxModelloContenuto& modello = mAmbiente.Modello;
     const QFontMetrics metrica(lista.font());
-    const std::vector<quint32>& ordine = modello.Ordine();
-    const size_t campione = std::min<size_t>(ordine.size(), 300);
+    // Mode 0 measures the rows on screen; otherwise the rows of the list, a spread sample of
+    // at most 1,000 of them, so that a million rows cost what a thousand do.
+    std::vector<QModelIndex> righe;
+    if (mContesto.Impostazioni().ColumnBestFitMode == 0) {
+        for (QModelIndex i = lista.indexAt(QPoint(1, 1)); i.isValid() && lista.visualRect(i).top() < lista.viewport()->height();
+             i = lista.indexBelow(i))
+            if (i.data(PxModelloContenuto::RuoloRiga).toInt() >= 0)
+                righe.push_back(i);
+    } else {
+        const std::vector<quint32>& ordine = modello.Ordine();
+        const size_t passo = std::max<size_t>(1, ordine.size() / 1000);
+        for (size_t i = 0; i < ordine.size(); i += passo)
+            righe.push_back(modello.Indice(static_cast<qint32>(ordine[i])));
+    }
+    const int icona = lista.iconSize().width() > 0 ? lista.iconSize().width() : lista.style()->pixelMetric(QStyle::PM_SmallIconSize);
+    const int margine = 2 * lista.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &lista) + 12;
     for (int k = 0; k < modello.columnCount(); ++k) {
         if (lista.isColumnHidden(k))
             continue;
         int larghezza = lista.header()->sectionSizeHint(k);
-        for (size_t i = 0; i < campione; ++i) {
-            const QModelIndex indice = modello.Indice(static_cast<qint32>(ordine[i]), k);
-            larghezza = std::max(larghezza, metrica.horizontalAdvance(indice.data().toString()) + 16);
-        }
-        if (k == 0)
-            larghezza += lista.indentation() * 2 + lista.iconSize().width() + 8;
-        lista.header()->resizeSection(k, std::min(larghezza, 420));
+        for (const QModelIndex& i : righe)
+            larghezza = std::max(larghezza, metrica.horizontalAdvance(i.siblingAtColumn(k).data().toString()) + margine);
+        if (k == 0) // the document's icon and the tree's indentation (group, linked documents)
+            larghezza += lista.indentation() * (modello.ColonnaRaggruppamento() >= 0 ? 2 : 1) + icona + 4;
+        lista.header()->resizeSection(k, std::min(larghezza, 480));
     }
 }
 
 void clsSrvVista::SegnaGruppi()
 {
-    // A group row's text spans the whole row.
     PxModelloContenuto& modello = mAmbiente.Modello;
-    if (modello.ColonnaRaggruppamento() < 0)
-        return;
-    for (int g = 0; g < modello.rowCount(); ++g)
-        mAmbiente.Lista.setFirstColumnSpanned(g, {}, true);
+    if (modello.ColonnaRaggruppamento() >= 0)
+        ApplicaStatoGruppi(0, modello.rowCount() - 1);
 }
 
-void clsSrvVista::EspandiGruppi()
+bool clsSrvVista::GruppoAperto(const QString& chiaveGruppo) const
 {
-    if (mAmbiente.Modello.ColonnaRaggruppamento() < 0)
+    return mGruppiAperti.value(chiaveGruppo, !mContesto.Impostazioni().CollapseGroupRow);
+}
+
+void clsSrvVista::ApplicaStatoGruppi(int primo, int ultimo)
+{
+    // A group row's text spans the whole row.
+    PxModelloContenuto& modello = mAmbiente.Modello;
+    QTreeView& lista = mAmbiente.Lista;
+    if (modello.ColonnaRaggruppamento() < 0)
         return;
-    if (mContesto.Impostazioni().CollapseGroupRow)
-        mAmbiente.Lista.collapseAll();
-    else
-        for (int g = 0; g < mAmbiente.Modello.rowCount(); ++g)
-            mAmbiente.Lista.expand(mAmbiente.Modello.index(g, 0));
+    const bool riempimento = std::exchange(mInRiempimento, true); // no best fit per group
+    for (int g = primo; g <= ultimo && g < modello.rowCount(); ++g) {
+        const QModelIndex i = modello.index(g, 0);
+        lista.setFirstColumnSpanned(g, {}, true);
+        lista.setExpanded(i, GruppoAperto(i.data(PxModelloContenuto::RuoloChiaveGruppo).toString()));
+    }
+    mInRiempimento = riempimento;
+}
+
+// ---- the operator's place while rows come and go
+
+void clsSrvVista::PrendiCima()
+{
+    // The row at the top of the viewport and the one below it, should the first one go.
+    QTreeView& lista = mAmbiente.Lista;
+    const QModelIndex cima = lista.indexAt(QPoint(1, 1));
+    if (!cima.isValid())
+        return;
+    mCima = cima.siblingAtColumn(0);
+    mCimaDopo = lista.indexBelow(mCima);
+    mCimaY = lista.visualRect(mCima).top();
+}
+
+void clsSrvVista::FissaCima()
+{
+    // The tree forgets its layout before a removal: the place taken at the last scroll serves.
+    if (!mInRiempimento && !mCambioInCorso && mAmbiente.Lista.indexAt(QPoint(1, 1)).isValid())
+        PrendiCima();
+    mCambioInCorso = true;
+}
+
+void clsSrvVista::RipristinaCima()
+{
+    if (!std::exchange(mCambioInCorso, false) || mInRiempimento)
+        return;
+    QTreeView& lista = mAmbiente.Lista;
+    QScrollBar* barra = lista.verticalScrollBar();
+    const QModelIndex cima = mCima.isValid() ? QModelIndex(mCima) : QModelIndex(mCimaDopo);
+    if (barra->value() == 0 || !cima.isValid()) {
+        PrendiCima(); // at the top, new rows show where they come
+        return;
+    }
+    const QRect r = lista.visualRect(cima);
+    if (r.isValid() && r.top() != mCimaY) {
+        const int scarto = lista.verticalScrollMode() == QAbstractItemView::ScrollPerPixel
+            ? r.top() - mCimaY
+            : (r.top() - mCimaY) / std::max(1, r.height());
+        barra->setValue(barra->value() + scarto);
+    }
+    PrendiCima();
+}
+
+void clsSrvVista::Segui(const QStringList& chiavi)
+{
+    mSeguiti = QSet<QString>(chiavi.cbegin(), chiavi.cend());
+}
+
+void clsSrvVista::MostraSeguiti()
+{
+    if (mSeguiti.isEmpty() || mInRiempimento)
+        return;
+    PxModelloContenuto& modello = mAmbiente.Modello;
+    QTreeView& lista = mAmbiente.Lista;
+    QModelIndex mostra;
+    const QString corrente = ChiaveCorrente();
+    for (const QString& chiave : std::as_const(mSeguiti)) {
+        const QModelIndex i = modello.Indice(modello.Riga(chiave));
+        if (!i.isValid())
+            continue;
+        if (i.parent().isValid() && !lista.isExpanded(i.parent()))
+            lista.expand(i.parent());
+        if (!mostra.isValid() || chiave == corrente)
+            mostra = i;
+    }
+    if (mostra.isValid())
+        lista.scrollTo(mostra, QAbstractItemView::EnsureVisible);
 }
 
 void clsSrvVista::Raggruppa(int colonna)
@@ -340,10 +486,19 @@ void clsSrvVista::InvertiSelezione()
 
 QStringList clsSrvVista::ChiaviSelezionate() const
 {
+    // Every selected row but group rows: a linked document counts as itself (its first cell).
     QStringList chiavi;
-    for (const QModelIndex& i : mAmbiente.Lista.selectionModel()->selectedRows())
-        if (i.data(PxModelloContenuto::RuoloRiga).toInt() >= 0)
-            chiavi << mAmbiente.Modello.Chiave(i);
+    QSet<QString> viste;
+    for (const QModelIndex& i : mAmbiente.Lista.selectionModel()->selectedRows()) {
+        if (i.data(PxModelloContenuto::RuoloGruppo).toBool())
+            continue;
+        const QString chiave = i.data(PxModelloContenuto::RuoloRiga).toInt() >= 0 ? mAmbiente.Modello.Chiave(i)
+                                                                                  : i.siblingAtColumn(0).data().toString();
+        if (!chiave.isEmpty() && !viste.contains(chiave)) {
+            viste.insert(chiave);
+            chiavi << chiave;
+        }
+    }
     return chiavi;
 }
 

@@ -5,6 +5,8 @@
 
 #include <QByteArray>
 #include <QObject>
+#include <QPersistentModelIndex>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -13,6 +15,7 @@
 
 class PxBarraComandi;
 class PxContesto;
+class QTimer;
 class QTreeView;
 namespace pugi { class xml_node; }
 
@@ -92,6 +95,9 @@ public:
 
     // Groups by `colonna` (-1 none), keeping the operator's place.
     void Raggruppa(int colonna);
+    // Whether the group of `chiaveGruppo` (RuoloChiaveGruppo) is open: as the operator left
+    // it, else as the options say for a new group.
+    bool GruppoAperto(const QString& chiaveGruppo) const;
 
     static constexpr int IdSelezionaTutto = 5100, IdInvertiSelezione = 5101;
 
@@ -115,8 +121,10 @@ protected:
     virtual QList<PxModelloContenuto::Colonna> CreaColonne() = 0;
     // The column grouped by when the operator never chose (-1: none).
     virtual int RaggruppamentoPredefinito() const { return -1; }
-    // The column that tells a row's stage (its groups follow the stages' order); -1: none.
+    // The column that tells a row's stage (grouped by it, a group is a stage); -1: none.
     virtual int ColonnaFase() const { return -1; }
+    // The stages in the order of the work, with their captions.
+    virtual QList<PxModelloContenuto::Fase> Fasi() const { return {}; }
 
     // Runs `cambio` now, or, while the rows are held, when they are released. A full listing
     // (`sostituisce`) makes every change held before it pointless.
@@ -125,11 +133,16 @@ protected:
     // scroll position and the expanded rows where they were.
     void RicaricaMantenendo(const std::function<void()>& carica);
 
-    // The rows of a full reload will be added: groups start collapsed or not as the option says.
-    void EspandiGruppi();
+    // Opens or closes every group as the operator left it (a new one as the options say) and
+    // makes group rows span the row.
     void SegnaGruppi();
-    // Widens the columns to their content (the best-fit option).
+    // Widens the columns to their content, measured as the best-fit mode says: on the rows on
+    // screen (0) or on the rows of the list (1; a sample of a large list).
     void AdattaColonne();
+    // The documents the operator has just acted on: once they show up (moved, or reloaded),
+    // their groups open and the list scrolls to them.
+    void Segui(const QStringList& chiavi);
+    void MostraSeguiti();
 
     PxAmbienteVista& mAmbiente;
     PxContesto& mContesto;
@@ -138,10 +151,22 @@ private:
     pugi::xml_node NodoLayout(bool crea) const;
     void SalvaLayout();
     void CaricaLayout();
+    // Keeps the rows under the pointer still while rows come and go above them.
+    void PrendiCima();
+    void FissaCima();
+    void RipristinaCima();
+    void ApplicaStatoGruppi(int primo, int ultimo);
 
     QString mChiave;
     QString mVersione;
     bool mBloccata = false;
     bool mMisura = false;
+    bool mInRiempimento = false; // a full reload is filling the list: layout events wait
     std::vector<std::function<void()>> mInAttesa;
+    QHash<QString, bool> mGruppiAperti; // by group key, as the operator left them
+    QSet<QString> mSeguiti;
+    QPersistentModelIndex mCima, mCimaDopo;
+    int mCimaY = 0;
+    bool mCambioInCorso = false;
+    QTimer* mTimerLayout;
 };

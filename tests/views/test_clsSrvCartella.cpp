@@ -21,6 +21,7 @@
 #include <QAbstractItemModelTester>
 #include <QAction>
 #include <QDir>
+#include <QHeaderView>
 #include <QMenu>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -29,6 +30,8 @@
 #include <QTreeView>
 
 #include <pugixml.hpp>
+
+#include <random>
 
 using namespace Qt::StringLiterals;
 
@@ -356,6 +359,173 @@ TEST_F(Vista, AServiceGroupShowsItsWorkersAndFollowsTheirState)
     const QModelIndex avanzamento = mModello.Indice(mModello.Riga(u"SrvTifVm"_s), 4);
     EXPECT_EQ(avanzamento.data(PxModelloContenuto::RuoloAvanzamento).toInt(), 25);
     EXPECT_EQ(mModello.Testo(mModello.Riga(u"SrvTifVm"_s), 3), u"Conversione in tiff"_s);
+}
+
+// An operator's hour compressed: notices for known and new documents into every queue, full
+// listings, holds, regrouping, sorting, selections and folder switches, in a random order, on
+// a list that is shown, with group rows spanning and the model checked after every step.
+TEST_F(Vista, AnyOrderOfNoticesListingsAndSwitchesKeepsViewAndModelConsistent)
+{
+    mLista.setUniformRowHeights(true);
+    mLista.setSortingEnabled(true);
+    mLista.show();
+    Apri();
+    std::mt19937 caso(20261124);
+    const auto tira = [&caso](int n) { return static_cast<int>(caso() % static_cast<unsigned>(n)); };
+    GenereCartella genere = GenereCartella::Fax;
+    const auto cartella = [&]() -> RefCartellaDocumenti& { return *mS.Ref->Cartella(genere); };
+    const auto idCasuale = [&]() {
+        const QStringList ids = cartella().Coda(tira(9));
+        if (ids.isEmpty() || tira(4) == 0)
+            return u"NUOVO-%1"_s.arg(tira(60));
+        return ids.value(tira(static_cast<int>(ids.size())));
+    };
+    const auto nodoCasuale = [&]() {
+        for (int coda = tira(9);; coda = (coda + 1) % 9)
+            if (const QStringList ids = cartella().Coda(coda, 5); !ids.isEmpty())
+                return cartella().Nodo(ids.value(tira(static_cast<int>(ids.size()))));
+    };
+    for (int passo = 0; passo < 3000; ++passo) {
+        const int azione = tira(100);
+        if (azione < 70) {
+            mVista->DocumentoSpostato(tira(16) - 1, idCasuale(), nodoCasuale());
+        } else if (azione < 74) {
+            mVista->AggiornaContenuto(); // arrives when it arrives, held or not
+            Scorri();
+        } else if (azione < 77) {
+            genere = genere == GenereCartella::Fax ? GenereCartella::Email : GenereCartella::Fax;
+            mVista.reset();
+            Apri(genere == GenereCartella::Fax ? u"SrvDocFax"_s : u"SrvDocEmail"_s);
+        } else if (azione < 81) {
+            const int colonne = mModello.columnCount();
+            mVista->Raggruppa(tira(3) == 0 ? -1 : tira(colonne));
+        } else if (azione < 85) {
+            mModello.sort(tira(mModello.columnCount() + 1) - 1, tira(2) ? Qt::AscendingOrder : Qt::DescendingOrder);
+        } else if (azione < 89) {
+            mVista->Blocca(!mVista->Bloccata());
+        } else if (azione < 95) {
+            if (mModello.rowCount() > 0) {
+                const QModelIndex g = mModello.index(tira(mModello.rowCount()), 0);
+                tira(2) ? mLista.expand(g) : mLista.collapse(g);
+                if (const int n = mModello.rowCount(g))
+                    mLista.selectionModel()->setCurrentIndex(mModello.index(tira(n), 0, g),
+                                                             QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+            }
+        } else {
+            mLista.scrollToBottom();
+            (void)mLista.grab(); // paints what is on screen: data() for every visible cell
+        }
+        if (passo % 50 == 0)
+            Scorri();
+    }
+    mVista->Blocca(false);
+    // Every document row is in the group its stage or text says, and each key is found again.
+    qsizetype righe = 0;
+    for (int g = 0; g < mModello.rowCount(); ++g) {
+        const QModelIndex gi = mModello.index(g, 0);
+        if (!gi.data(PxModelloContenuto::RuoloGruppo).toBool()) {
+            ++righe;
+            continue;
+        }
+        ASSERT_GT(mModello.rowCount(gi), 0) << "an empty group stays";
+        const QVariant chiaveGruppo = mModello.index(0, 0, gi).data(PxModelloContenuto::RuoloChiaveGruppo);
+        for (int r = 0; r < mModello.rowCount(gi); ++r) {
+            const QModelIndex d = mModello.index(r, 0, gi);
+            EXPECT_EQ(d.data(PxModelloContenuto::RuoloChiaveGruppo), chiaveGruppo);
+            EXPECT_EQ(mModello.Indice(mModello.Riga(mModello.Chiave(d))), d);
+            ++righe;
+        }
+    }
+    EXPECT_EQ(righe, mModello.NumeroRighe());
+}
+
+// The operator moves a document out of sight: it stays selected, its new stage's group opens
+// and the list scrolls to it; a group closed by the operator stays closed through the reloads,
+// by stage, even when it empties and comes back.
+TEST_F(Vista, AMovedDocumentStaysInSightAndGroupsKeepTheirStateByStage)
+{
+    mLista.show();
+    Apri();
+    ASSERT_EQ(mModello.ColonnaRaggruppamento(), 2);
+    const QString id = Fax().Coda(0).value(0);
+    const QModelIndex daConvertire = mModello.IndiceGruppo(u"F0"_s);
+    ASSERT_TRUE(daConvertire.isValid());
+    mLista.expand(daConvertire);
+    mLista.collapse(mModello.IndiceGruppo(u"F9"_s));
+    Seleziona({id});
+    mLista.selectionModel()->setCurrentIndex(mModello.Indice(mModello.Riga(id)), QItemSelectionModel::NoUpdate);
+    mComandi.Azione(6122)->trigger(); // "Respinti"
+    ASSERT_TRUE(Attendi([&] { return Fax().Trova(id)->Coda == 9; }));
+    Ricarica();
+    const QModelIndex dopo = mModello.Indice(mModello.Riga(id));
+    ASSERT_TRUE(dopo.isValid());
+    EXPECT_EQ(dopo.parent(), mModello.IndiceGruppo(u"F9"_s));
+    EXPECT_TRUE(mLista.isExpanded(dopo.parent()));
+    EXPECT_EQ(mVista->ChiaviSelezionate(), QStringList{id});
+    EXPECT_EQ(mVista->ChiaveCorrente(), id);
+    EXPECT_TRUE(mLista.viewport()->rect().intersects(mLista.visualRect(dopo)));
+
+    // "Da convertire" closed by the operator; its documents all leave and one comes back.
+    mLista.collapse(mModello.IndiceGruppo(u"F0"_s));
+    for (const QString& d : Fax().Coda(0))
+        mVista->DocumentoSpostato(2, d, Fax().Nodo(d));
+    EXPECT_FALSE(mModello.IndiceGruppo(u"F0"_s).isValid());
+    mVista->DocumentoSpostato(0, id, Fax().Nodo(id));
+    ASSERT_TRUE(mModello.IndiceGruppo(u"F0"_s).isValid());
+    EXPECT_FALSE(mLista.isExpanded(mModello.IndiceGruppo(u"F0"_s)));
+    EXPECT_TRUE(mLista.isFirstColumnSpanned(mModello.IndiceGruppo(u"F0"_s).row(), {}));
+    // Kept with the layout, for the next time the folder opens.
+    mVista.reset();
+    Apri();
+    EXPECT_TRUE(mVista->GruppoAperto(u"F9"_s));
+    EXPECT_FALSE(mVista->GruppoAperto(u"F0"_s));
+}
+
+// Rows that come and go above what the operator is reading do not move it.
+TEST_F(Vista, RowsAboveTheViewportKeepItStill)
+{
+    mLista.resize(900, 300);
+    mLista.show();
+    Apri();
+    mVista->Raggruppa(-1);
+    mModello.sort(0, Qt::AscendingOrder);
+    mLista.scrollTo(mModello.index(mModello.rowCount() / 2, 0), QAbstractItemView::PositionAtTop);
+    const QString cima = mLista.indexAt(QPoint(1, 1)).data(PxModelloContenuto::RuoloChiave).toString();
+    ASSERT_FALSE(cima.isEmpty());
+    const QString modello = Fax().Coda(2).value(0);
+    for (int i = 0; i < 5; ++i) // ids that sort before every other: rows above the viewport
+        mVista->DocumentoSpostato(2, u"AAA-%1"_s.arg(i), Fax().Nodo(modello));
+    mVista->DocumentoSpostato(11, Fax().Coda(0).value(0), Fax().Nodo(modello));
+    EXPECT_EQ(mLista.indexAt(QPoint(1, 1)).data(PxModelloContenuto::RuoloChiave).toString(), cima);
+    // At the top, new rows show where they come.
+    mLista.scrollToTop();
+    mVista->DocumentoSpostato(2, u"AA-0"_s, Fax().Nodo(modello));
+    EXPECT_EQ(mLista.indexAt(QPoint(1, 1)).data(PxModelloContenuto::RuoloChiave).toString(), u"AA-0"_s);
+}
+
+// A linked document's row is a row like the others for a command; the column layout is taken
+// as soon as the operator changes it, not only when the view ends.
+TEST_F(Vista, LinkedRowsAreSelectedForCommandsAndTheLayoutIsTakenWhenChanged)
+{
+    Apri();
+    mVista->Raggruppa(-1);
+    QModelIndex padre;
+    for (int r = 0; r < mModello.rowCount() && !padre.isValid(); ++r)
+        if (mModello.rowCount(mModello.index(r, 0)) > 0)
+            padre = mModello.index(r, 0);
+    ASSERT_TRUE(padre.isValid());
+    const QModelIndex collegato = mModello.index(0, 0, padre);
+    QItemSelection s(padre, padre.siblingAtColumn(mModello.columnCount() - 1));
+    s.select(collegato, collegato.siblingAtColumn(mModello.columnCount() - 1));
+    mLista.selectionModel()->select(s, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    EXPECT_EQ(mVista->ChiaviSelezionate(), (QStringList{mModello.Chiave(padre), collegato.data().toString()}));
+    EXPECT_TRUE(mVista->CreaXmlSelezione().contains(u"<ID>"_s + collegato.data().toString() + u"</ID>"_s));
+
+    mLista.header()->resizeSection(1, 333);
+    ASSERT_TRUE(Attendi([&] {
+        const pugi::xml_node v = mUI.child("PLX").find_child_by_attribute("Vista", "Chiave", "SrvDocFax");
+        return v && QByteArray::fromBase64(v.child_value("Colonne")) == mLista.header()->saveState();
+    }));
 }
 
 } // namespace
