@@ -21,8 +21,11 @@
 
 #include <pugixml.hpp>
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -78,55 +81,85 @@ int StampaPaginaDiProva(const QString& cartellaServer, const QString& nome)
     return 0;
 }
 
-} // namespace
-
-// Making a demo folder or a test page needs no display: they run without the windowing system.
-bool SenzaFinestre(int argc, char* argv[])
+// Parses the command line on `app`: prints help, the version or an error and exits there.
+struct RigaComando
 {
-    for (int i = 1; i < argc; ++i)
-        if (QByteArrayView(argv[i]).startsWith("--make-demo") || QByteArrayView(argv[i]).startsWith("--print-test-page"))
-            return true;
-    return false;
-}
+    QCommandLineParser Parser;
+    QCommandLineOption Server{{QStringLiteral("s"), QStringLiteral("server-folder")},
+                              QStringLiteral("Server folder to run against (default: a demo folder, created on first use)."),
+                              QStringLiteral("folder")};
+    QCommandLineOption Log{{QStringLiteral("l"), QStringLiteral("log-folder")},
+                           QStringLiteral("Folder of the console log (default: the server's Log folder)."), QStringLiteral("folder")};
+    QCommandLineOption Gui{{QStringLiteral("g"), QStringLiteral("gui-folder")},
+                           QStringLiteral("Folder of the console's own files (default: the program's folder)."),
+                           QStringLiteral("folder")};
+    QCommandLineOption Demo{QStringLiteral("make-demo"), QStringLiteral("Create a demo server folder and exit."),
+                            QStringLiteral("folder")};
+    QCommandLineOption Documenti{QStringLiteral("documents"), QStringLiteral("With --make-demo: how many documents (default 2000)."),
+                                 QStringLiteral("n"), QStringLiteral("2000")};
+    QCommandLineOption Fotografie{QStringLiteral("screenshots"),
+                                  QStringLiteral("Start, save pictures of the windows into a folder, and exit."),
+                                  QStringLiteral("folder")};
+    QCommandLineOption Prova{QStringLiteral("print-test-page"),
+                             QStringLiteral("Write the test page of a printer (its Windows name) into the printing "
+                                            "service's input folder of --server-folder, and exit."),
+                             QStringLiteral("printer")};
+    QCommandLineOption Aiuto = Parser.addHelpOption();
+    QCommandLineOption Versione = Parser.addVersionOption();
+
+    RigaComando()
+    {
+        Parser.setApplicationDescription(QStringLiteral("Operator's console of the Pelorix document-dispatch server."));
+        Parser.addOptions({Server, Log, Gui, Demo, Documenti, Fotografie, Prova});
+        // "-platform xcb" and the other options of Qt's own read as one word each.
+        Parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    }
+
+    // Whether the program can do what was asked without windows: help, version, a bad command
+    // line (its message), a demo folder or a test page. Read before any application exists, so
+    // that none of these needs a display.
+    bool SenzaFinestre(int argc, char* argv[])
+    {
+        QStringList argomenti;
+        for (int i = 0; i < argc; ++i)
+            argomenti << QString::fromLocal8Bit(argv[i]);
+        if (!Parser.parse(argomenti)) {
+            // The options QApplication takes for itself are not ours: with one of them the
+            // windows are wanted, and QApplication removes it before we parse again.
+            static const QStringList opzioniQt = {
+                u"platform"_s, u"platformpluginpath"_s, u"platformtheme"_s, u"plugin"_s, u"qwindowgeometry"_s,
+                u"qwindowtitle"_s, u"qwindowicon"_s, u"reverse"_s, u"session"_s, u"style"_s, u"stylesheet"_s,
+                u"widgetcount"_s, u"display"_s, u"geometry"_s, u"title"_s, u"name"_s, u"visual"_s,
+                u"qmljsdebugger"_s, u"nograb"_s, u"dograb"_s, u"sync"_s};
+            const QStringList sconosciute = Parser.unknownOptionNames();
+            return sconosciute.isEmpty() || std::any_of(sconosciute.cbegin(), sconosciute.cend(), [](const QString& o) {
+                       return !opzioniQt.contains(o.section(u'=', 0, 0));
+                   });
+        }
+        return Parser.isSet(Aiuto) || Parser.isSet(QStringLiteral("help-all")) || Parser.isSet(Versione)
+            || Parser.isSet(Demo) || Parser.isSet(Prova);
+    }
+};
+
+} // namespace
 
 int main(int argc, char* argv[])
 {
-    std::unique_ptr<QCoreApplication> applicazione =
-        SenzaFinestre(argc, argv) ? std::make_unique<QCoreApplication>(argc, argv) : std::make_unique<QApplication>(argc, argv);
+    QCoreApplication::setOrganizationName(QString::fromLatin1(PxImpostazioni::Produttore));
+    QCoreApplication::setApplicationName(PxSrvConsole::TitoloProgramma());
+    QCoreApplication::setApplicationVersion(QStringLiteral(PLX_VERSION));
+    RigaComando riga;
+    std::unique_ptr<QCoreApplication> applicazione = riga.SenzaFinestre(argc, argv)
+        ? std::make_unique<QCoreApplication>(argc, argv)
+        : std::make_unique<QApplication>(argc, argv);
     QCoreApplication& app = *applicazione;
     // The engine decides when the console ends, not the last window closing.
     if (auto* gui = qobject_cast<QApplication*>(&app))
         gui->setQuitOnLastWindowClosed(false);
-    QCoreApplication::setOrganizationName(QString::fromLatin1(PxImpostazioni::Produttore));
-    QCoreApplication::setApplicationName(PxSrvConsole::TitoloProgramma());
-    QCoreApplication::setApplicationVersion(QStringLiteral(PLX_VERSION));
 
-    QCommandLineParser opzioni;
-    opzioni.setApplicationDescription(QStringLiteral("Operator's console of the Pelorix document-dispatch server."));
-    opzioni.addHelpOption();
-    opzioni.addVersionOption();
-    const QCommandLineOption server({QStringLiteral("s"), QStringLiteral("server-folder")},
-                                    QStringLiteral("Server folder to run against (default: a demo folder, created on first use)."),
-                                    QStringLiteral("folder"));
-    const QCommandLineOption log({QStringLiteral("l"), QStringLiteral("log-folder")},
-                                 QStringLiteral("Folder of the console log (default: the server's Log folder)."),
-                                 QStringLiteral("folder"));
-    const QCommandLineOption gui({QStringLiteral("g"), QStringLiteral("gui-folder")},
-                                 QStringLiteral("Folder of the console's own files (default: the program's folder)."),
-                                 QStringLiteral("folder"));
-    const QCommandLineOption demo(QStringLiteral("make-demo"), QStringLiteral("Create a demo server folder and exit."),
-                                  QStringLiteral("folder"));
-    const QCommandLineOption documenti(QStringLiteral("documents"),
-                                       QStringLiteral("With --make-demo: how many documents (default 2000)."),
-                                       QStringLiteral("n"), QStringLiteral("2000"));
-    const QCommandLineOption fotografie(QStringLiteral("screenshots"),
-                                       QStringLiteral("Start, save pictures of the windows into a folder, and exit."),
-                                       QStringLiteral("folder"));
-    const QCommandLineOption prova(QStringLiteral("print-test-page"),
-                                   QStringLiteral("Write the test page of a printer (its Windows name) into the printing "
-                                                  "service's input folder of --server-folder, and exit."),
-                                   QStringLiteral("printer"));
-    opzioni.addOptions({server, log, gui, demo, documenti, fotografie, prova});
+    QCommandLineParser& opzioni = riga.Parser;
+    const QCommandLineOption &server = riga.Server, &log = riga.Log, &gui = riga.Gui, &demo = riga.Demo,
+                             &documenti = riga.Documenti, &fotografie = riga.Fotografie, &prova = riga.Prova;
     opzioni.process(app);
 
     if (opzioni.isSet(demo)) {
