@@ -76,3 +76,22 @@ std::unique_ptr<QSettings> PxImpostazioni::ApriRegistro()
     return std::make_unique<QSettings>(QSettings::NativeFormat, QSettings::UserScope,
                                        QString::fromLatin1(Produttore), TabellaTesti::Italiano().Testo(1));
 }
+
+namespace {
+QString ChiaveGeometria(const QString& finestra) { return finestra + QStringLiteral("/Geometria"); }
+QString ChiavePannelli(const QString& finestra) { return finestra + QStringLiteral("/Pannelli"); }
+} // namespace
+
+PxImpostazioni::Disposizione PxImpostazioni::CaricaDisposizione(const QString& finestra)
+{
+    const auto registro = ApriRegistro();
+    return {registro->value(ChiaveGeometria(finestra)).toByteArray(), registro->value(ChiavePannelli(finestra)).toByteArray()};
+}
+
+void PxImpostazioni::SalvaDisposizione(const QString& finestra, const Disposizione& disposizione)
+{
+    const auto registro = ApriRegistro();
+    registro->setValue(ChiaveGeometria(finestra), disposizione.Geometria);
+    registro->setValue(ChiavePannelli(finestra), disposizione.Pannelli);
+    registro->sync();
+}

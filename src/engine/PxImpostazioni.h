@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 #include <memory>
@@ -31,6 +32,17 @@ struct PxImpostazioni
     void Carica(QSettings& registro);
     // Writes every value but ColumnBestFitMode.
     void Salva(QSettings& registro) const;
+
+    // Where a window was left: its geometry (QWidget::saveGeometry) and the state of its
+    // panes and bars (QMainWindow::saveState); empty when it never was.
+    struct Disposizione
+    {
+        QByteArray Geometria;
+        QByteArray Pannelli;
+    };
+    // Kept under the window's name in the user's store.
+    static Disposizione CaricaDisposizione(const QString& finestra);
+    static void SalvaDisposizione(const QString& finestra, const Disposizione& disposizione);
 
     // The user's store: vendor and product (text 1) as organisation and application.
     static std::unique_ptr<QSettings> ApriRegistro();

@@ -24,6 +24,7 @@
 #include "frmScriptDocumento.h"
 #include "frmVisFirma.h"
 #include "modAlberoServer.h"
+#include "modComandiServizio.h"
 #include "frmInvioProvaEmail.h"
 #include "frmInvioProvaFax.h"
 #include "modContenuto.h"
@@ -32,6 +33,7 @@
 #include "modViste.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QFileInfo>
 #include <QFutureWatcher>
@@ -52,6 +54,7 @@
 
 #include <pugixml.hpp>
 
+#include <algorithm>
 #include <cstdio>
 #include <functional>
 #include <utility>
@@ -60,6 +63,14 @@ namespace {
 // The list-wide commands' own ids: 5100 and 5101 are the family's; the others take the id of
 // the text that names them.
 constexpr int IdAggiorna = 1250, IdEspandi = 1251, IdComprimi = 1252, IdBlocca = 8016;
+constexpr int IdAvvia = 4011, IdSospendi = 4012, IdEsci = 4043;
+
+// The mark of the pane holding the focus: its title (or the list's frame) in the selection's colours.
+constexpr auto StileFuoco = R"(
+QDockWidget[fuoco="true"] { color: palette(highlighted-text); }
+QDockWidget[fuoco="true"]::title { background: palette(highlight); padding: 3px; }
+QTreeView#xrpContenuto[fuoco="true"] { border: 2px solid palette(highlight); }
+)";
 } // namespace
 
 frmConsole::frmConsole(PxContesto& contesto, QWidget* parent)
@@ -132,10 +143,12 @@ frmConsole::frmConsole(PxContesto& contesto, QWidget* parent)
     statusBar()->addPermanentWidget(mConteggi);
     statusBar()->addPermanentWidget(mStato);
     // Where the operator left the window and its panes.
-    const auto registro = PxImpostazioni::ApriRegistro();
-    restoreGeometry(registro->value(QStringLiteral("frmConsole/Geometria")).toByteArray());
-    if (!restoreState(registro->value(QStringLiteral("frmConsole/Pannelli")).toByteArray()))
+    const PxImpostazioni::Disposizione disposizione = PxImpostazioni::CaricaDisposizione(objectName());
+    restoreGeometry(disposizione.Geometria);
+    if (!restoreState(disposizione.Pannelli))
         mPrimaDisposizione = true;
+    else
+        mPannelliSalvati = disposizione.Pannelli;
     connect(&mContesto, &PxContesto::CambioStato, this, [this] { AggiornaBarraComandi(); });
     connect(&mContesto, &PxContesto::CambioOccupato, this, [this] { AggiornaBarraComandi(); });
     AggiornaBarraComandi();
@@ -143,6 +156,48 @@ frmConsole::frmConsole(PxContesto& contesto, QWidget* parent)
         VisualizzaServer(caption, chiave);
     });
     setTabOrder(mPosizione->Albero(), mxrpContenuto);
+
+    // Context menus, by mouse and by keyboard (the Menu key, Shift+F10).
+    mxrpContenuto->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(mxrpContenuto, &QWidget::customContextMenuRequested, this,
+            [this](const QPoint& p) { MenuContestoElenco(mxrpContenuto->viewport()->mapToGlobal(p)); });
+    QTreeWidget* albero = mPosizione->Albero();
+    albero->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(albero, &QWidget::customContextMenuRequested, this, [this, albero](const QPoint& p) {
+        if (QTreeWidgetItem* nodo = albero->itemAt(p))
+            MenuContestoNodo(nodo, albero->viewport()->mapToGlobal(p));
+    });
+    const QList<QKeySequence> tastiMenu{QKeySequence(Qt::Key_Menu), QKeySequence(Qt::SHIFT | Qt::Key_F10)};
+    auto* menuElenco = new QAction(mxrpContenuto);
+    menuElenco->setShortcuts(tastiMenu);
+    menuElenco->setShortcutContext(Qt::WidgetShortcut);
+    connect(menuElenco, &QAction::triggered, this, [this] {
+        const QRect r = mxrpContenuto->visualRect(mxrpContenuto->currentIndex());
+        MenuContestoElenco(mxrpContenuto->viewport()->mapToGlobal(r.isValid() ? r.bottomLeft() : QPoint(0, 0)));
+    });
+    mxrpContenuto->addAction(menuElenco);
+    auto* menuNodo = new QAction(albero);
+    menuNodo->setShortcuts(tastiMenu);
+    menuNodo->setShortcutContext(Qt::WidgetShortcut);
+    connect(menuNodo, &QAction::triggered, this, [this, albero] {
+        if (QTreeWidgetItem* nodo = albero->currentItem())
+            MenuContestoNodo(nodo, albero->viewport()->mapToGlobal(albero->visualItemRect(nodo).bottomLeft()));
+    });
+    albero->addAction(menuNodo);
+
+    // The property pane's suspend button asks as the window's commands do.
+    disconnect(mProprieta->ComandoSospendi(), &QAction::triggered, mProprieta, &frmProprieta::SospendiServizio);
+    connect(mProprieta->ComandoSospendi(), &QAction::triggered, this, &frmConsole::SospendiServizio);
+
+    // The log pane's title names the log it shows.
+    mLog->ImpostaNomi([this](const QString& file) { return NomeLog(file); });
+    connect(mLog, &frmLog::TitoloCambiato, log, &QDockWidget::setWindowTitle);
+    log->setWindowTitle(mLog->Titolo());
+
+    // The pane holding the keyboard focus is marked.
+    setStyleSheet(QString::fromLatin1(StileFuoco));
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* ora) { SegnaFuoco(ora); });
+    ConfiguraPulsantiServer();
 }
 
 frmConsole::~frmConsole()
@@ -166,6 +221,14 @@ void frmConsole::CreaComandi()
     const PxConsoleResDll& testi = mContesto.Testi();
     const PxImpostazioni& opzioni = mContesto.Impostazioni();
     const Qt::ToolButtonStyle stile = opzioni.ShowTextBelowIcons ? Qt::ToolButtonTextUnderIcon : Qt::ToolButtonTextOnly;
+
+    // The file menu: leaving closes the window as its close button does.
+    auto* menuFile = menuBar()->addMenu(testi.LoadDllString(4000));
+    mEsci = menuFile->addAction(testi.LoadDllString(4043), this, [this] { close(); });
+    mEsci->setProperty(PxBarraComandi::ProprietaId, IdEsci);
+    mEsci->setStatusTip(testi.LoadDllString(5043));
+    mEsci->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
+    mEsci->setShortcutContext(Qt::ApplicationShortcut);
 
     // The list's own commands.
     auto* elenco = new QToolBar(testi.LoadDllString(8023), this);
@@ -219,6 +282,20 @@ void frmConsole::CreaComandi()
     addToolBar(Qt::TopToolBarArea, mBarraVista);
     mMenuComandi = menuBar()->addMenu(testi.LoadDllString(8024));
     mBarra = new PxBarraComandi(testi, mBarraVista, mMenuComandi, this);
+    // Start and suspend the node's service lead the view's commands, whatever the view: the
+    // bar's row never empties, so the list does not move from node to node.
+    const auto servizio = [&](int id, int testo, int suggerimento, int descrizione, void (frmConsole::*azione)()) {
+        auto* a = new QAction(testi.LoadDllString(testo), this);
+        a->setProperty(PxBarraComandi::ProprietaId, id);
+        a->setToolTip(testi.LoadDllString(suggerimento) + u'\n' + testi.LoadDllString(descrizione));
+        a->setStatusTip(testi.LoadDllString(descrizione));
+        a->setEnabled(false);
+        connect(a, &QAction::triggered, this, azione);
+        return a;
+    };
+    mAvviaServizio = servizio(IdAvvia, 128, 4011, 5011, &frmConsole::AvviaServizio);
+    mSospendiServizio = servizio(IdSospendi, 129, 4012, 5012, &frmConsole::SospendiServizio);
+    mBarra->ImpostaFisse({mAvviaServizio, mSospendiServizio});
     mAmbiente = std::make_unique<PxAmbienteVista>(PxAmbienteVista{mContesto, *mxrpContenuto, *mModello, *mBarra});
 
     // The header's menu offers the grouping too.
@@ -304,6 +381,7 @@ void frmConsole::mobjServizio_CambioStato(const QString& chiaveOggetto)
     modTraccia::Proteggi("mobjServizio_CambioStato", [&] {
         mPosizione->AggiornaServizio(chiaveOggetto);
         mProprieta->InfoDescrizione();
+        ConfiguraPulsantiServer();
         if (mVista)
             mVista->AggiornaSrv(chiaveOggetto);
     });
@@ -338,15 +416,209 @@ void frmConsole::Termina()
         mVista.reset(); // saves its layout while the layout document is still there
         mInfoSistema->Termina();
         mChiaveVisualizzata.clear();
-        const auto registro = PxImpostazioni::ApriRegistro();
-        registro->setValue(QStringLiteral("frmConsole/Geometria"), saveGeometry());
-        registro->setValue(QStringLiteral("frmConsole/Pannelli"), saveState());
+        PxImpostazioni::SalvaDisposizione(objectName(), {saveGeometry(), saveState()});
     });
 }
 
 void frmConsole::ConfiguraPulsanti() { AbilitaDocumenti(); }
 
-void frmConsole::ConfiguraPulsantiServer() {}
+void frmConsole::ConfiguraPulsantiServer()
+{
+    modTraccia::Proteggi("ConfiguraPulsantiServer", [&] {
+        // The state code of the node's service, from its state XML; none for the server and lists.
+        const QString oggetto = modComandiServizio::ServizioDelNodo(mChiaveVisualizzata);
+        const PxSrvServer* server = mContesto.Server();
+        const PxSrvServizio* servizio = server && !oggetto.isEmpty() ? server->Servizio(oggetto) : nullptr;
+        const int codice = servizio ? modComandiServizio::CodiceStato(servizio->StatoXml()) : -1;
+        mAvviaServizio->setEnabled(servizio && modComandiServizio::Avviabile(codice));
+        mSospendiServizio->setEnabled(servizio && modComandiServizio::Sospendibile(codice));
+    });
+}
+
+void frmConsole::AvviaServizio()
+{
+    modTraccia::Proteggi("AvviaServizio", [&] {
+        PxSrvServer* server = mContesto.Server();
+        const QString oggetto = modComandiServizio::ServizioDelNodo(mChiaveVisualizzata);
+        if (PxSrvServizio* s = server && !oggetto.isEmpty() ? server->Servizio(oggetto) : nullptr)
+            s->Avvia(this, [this](const PxRisposta& r) {
+                if (!r.Riuscita())
+                    MostraMessaggio(mContesto.Testi().LoadDllString(8021) + QStringLiteral(": ") + r.Testo);
+            });
+    });
+}
+
+void frmConsole::SospendiServizio()
+{
+    modTraccia::Proteggi("SospendiServizio", [&] {
+        PxSrvServer* server = mContesto.Server();
+        const QString oggetto = modComandiServizio::ServizioDelNodo(mChiaveVisualizzata);
+        if (!server || oggetto.isEmpty() || !server->Servizio(oggetto))
+            return;
+        // The documents in work in the folders the service works on, from their counters.
+        qsizetype documenti = 0;
+        for (const QString& chiave : modComandiServizio::CartelleDelServizio(oggetto)) {
+            const PxSrvServizio* stato = server->Servizio(chiave);
+            if (const modTabellaCartelle::Cartella* cartella = modTabellaCartelle::Trova(chiave); cartella && stato)
+                documenti += modComandiServizio::DocumentiInLavorazione(*cartella, stato->StatoXml());
+        }
+        if (documenti > 0)
+            ConfermaSospensione(oggetto, documenti);
+        else
+            Sospendi(oggetto);
+    });
+}
+
+void frmConsole::ConfermaSospensione(const QString& oggetto, qsizetype documenti)
+{
+    const PxConsoleResDll& testi = mContesto.Testi();
+    auto* domanda = new QMessageBox(QMessageBox::Question, testi.LoadDllString(4012),
+                                    testi.LoadDllString(8080) + u' ' + QLocale().toString(documenti) + u'\n'
+                                        + testi.LoadDllString(8081),
+                                    QMessageBox::Yes | QMessageBox::No, this);
+    domanda->setObjectName(QStringLiteral("msgConfermaSospensione"));
+    domanda->setDefaultButton(QMessageBox::No);
+    domanda->setAttribute(Qt::WA_DeleteOnClose);
+    connect(domanda, &QMessageBox::finished, this, [this, oggetto](int scelta) {
+        if (scelta == QMessageBox::Yes)
+            Sospendi(oggetto);
+    });
+    domanda->open();
+}
+
+void frmConsole::Sospendi(const QString& oggetto)
+{
+    modTraccia::Proteggi("Sospendi", [&] {
+        PxSrvServer* server = mContesto.Server();
+        if (PxSrvServizio* s = server ? server->Servizio(oggetto) : nullptr)
+            s->Sospendi(this, [this](const PxRisposta& r) {
+                if (!r.Riuscita())
+                    MostraMessaggio(mContesto.Testi().LoadDllString(8021) + QStringLiteral(": ") + r.Testo);
+            });
+    });
+}
+
+QList<QAction*> frmConsole::AzioniContestoElenco() const
+{
+    QList<QAction*> azioni = mBarra->AzioniVista();
+    while (!azioni.isEmpty() && azioni.constFirst()->isSeparator())
+        azioni.removeFirst();
+    for (const int id : {IdAggiorna, int(clsSrvVista::IdSelezionaTutto), int(clsSrvVista::IdInvertiSelezione)})
+        azioni << mComandi.value(id);
+    return azioni;
+}
+
+QList<QAction*> frmConsole::AzioniContestoNodo() const
+{
+    QList<QAction*> azioni{mAvviaServizio, mSospendiServizio};
+    if (QAction* prova = mBarra->Azione(clsSrvServizi::IdPaginaDiProva))
+        azioni << prova;
+    return azioni << mComandi.value(IdAggiorna);
+}
+
+void frmConsole::MenuContestoElenco(const QPoint& dove)
+{
+    modTraccia::Proteggi("MenuContestoElenco", [&] {
+        auto* menu = new QMenu(this);
+        menu->setObjectName(QStringLiteral("mnuContestoElenco"));
+        menu->setAttribute(Qt::WA_DeleteOnClose);
+        // The view's commands, then the list's.
+        for (QAction* a : AzioniContestoElenco()) {
+            if (a == mComandi.value(IdAggiorna) && !menu->isEmpty())
+                menu->addSeparator();
+            menu->addAction(a);
+        }
+        menu->popup(dove);
+    });
+}
+
+void frmConsole::MenuContestoNodo(QTreeWidgetItem* nodo, const QPoint& dove)
+{
+    modTraccia::Proteggi("MenuContestoNodo", [&] {
+        // The menu's commands act on the node on display: the node clicked becomes it now.
+        QTreeWidget* albero = mPosizione->Albero();
+        albero->setCurrentItem(nodo);
+        const QString chiave = frmPosizione::ChiaveNodo(nodo);
+        if (chiave != mChiaveVisualizzata)
+            VisualizzaServer(nodo->text(0), chiave);
+        auto* menu = new QMenu(this);
+        menu->setObjectName(QStringLiteral("mnuContestoNodo"));
+        menu->setAttribute(Qt::WA_DeleteOnClose);
+        const QList<QAction*> azioni = AzioniContestoNodo();
+        for (QAction* a : azioni) {
+            if (a == mComandi.value(IdAggiorna))
+                menu->addSeparator();
+            menu->addAction(a);
+        }
+        menu->popup(dove);
+    });
+}
+
+void frmConsole::NascondiBarreVuote()
+{
+    for (QToolBar* barra : findChildren<QToolBar*>(Qt::FindDirectChildrenOnly)) {
+        const QList<QAction*> azioni = barra->actions();
+        const bool vuota = std::none_of(azioni.cbegin(), azioni.cend(), [](const QAction* a) {
+            return a->isVisible() && !a->isSeparator();
+        });
+        // Only a bar hidden here comes back by itself: the operator may have closed one.
+        if (vuota && !barra->isHidden()) {
+            barra->setProperty("nascostaVuota", true);
+            barra->hide();
+        } else if (!vuota && barra->property("nascostaVuota").toBool()) {
+            barra->setProperty("nascostaVuota", false);
+            barra->show();
+        }
+    }
+}
+
+void frmConsole::SegnaFuoco(QWidget* fuoco)
+{
+    QWidget* pannello = nullptr;
+    for (QWidget* w = fuoco; w && w != this; w = w->parentWidget()) {
+        if (w == mxrpContenuto || (qobject_cast<QDockWidget*>(w) && w->parentWidget() == this)) {
+            pannello = w;
+            break;
+        }
+    }
+    // Focus that leaves for another window (a menu, a dialog) leaves the mark where it was.
+    if (!pannello && (!fuoco || fuoco->window() != this))
+        return;
+    if (pannello == mPannelloAttivo)
+        return;
+    for (QWidget* w : {mPannelloAttivo, pannello}) {
+        if (!w)
+            continue;
+        w->setProperty("fuoco", w == pannello);
+        w->style()->unpolish(w);
+        w->style()->polish(w);
+        w->update();
+    }
+    mPannelloAttivo = pannello;
+}
+
+QString frmConsole::NomeLog(const QString& file) const
+{
+    // The service that writes the file, by the log its state names.
+    const PxSrvServer* server = mContesto.Server();
+    if (!server)
+        return {};
+    const QFileInfo cercato(file);
+    for (const modAlberoServer::Nodo& n : modAlberoServer::Nodi()) {
+        if (n.Tipo != modAlberoServer::Genere::Servizio)
+            continue;
+        const PxSrvServizio* s = server->Servizio(QString::fromLatin1(n.Oggetto));
+        pugi::xml_document stato;
+        if (!s || !s->LeggiStato(stato))
+            continue;
+        const QString scritto = QString::fromUtf8(stato.document_element().child_value("FileLog")).trimmed();
+        if (scritto.isEmpty() || QFileInfo(server->PercorsoLocale(scritto)) != cercato)
+            continue;
+        const QTreeWidgetItem* nodo = mPosizione->Nodo(QString::fromLatin1(n.Chiave));
+        return nodo ? nodo->text(0) : mContesto.Testi().LoadDllString(n.Testo);
+    }
+    return {};
+}
 
 void frmConsole::AggiornaBarraComandi()
 {
@@ -411,6 +683,8 @@ void frmConsole::VisualizzaServer(const QString& caption, const QString& chiave)
         vista->Blocca(mComandi.value(IdBlocca)->isChecked());
         vista->Avvia();
         AggiornaConteggi();
+        ConfiguraPulsantiServer();
+        NascondiBarreVuote();
     });
 }
 
@@ -728,6 +1002,10 @@ void frmConsole::Fotografa()
 void frmConsole::showEvent(QShowEvent* evento)
 {
     QMainWindow::showEvent(evento);
+    // The docks' sizes hold only once the window has its own: the panes are put back again
+    // at the first show.
+    if (const QByteArray pannelli = std::exchange(mPannelliSalvati, {}); !pannelli.isEmpty())
+        restoreState(pannelli);
     if (std::exchange(mPrimaDisposizione, false)) {
         // The first time, the list gets the room; the panes can be widened by hand.
         resizeDocks({findChild<QDockWidget*>(QStringLiteral("pnlPosizione")), findChild<QDockWidget*>(QStringLiteral("pnlProprieta"))},

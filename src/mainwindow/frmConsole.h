@@ -16,6 +16,7 @@ class QLabel;
 class QMenu;
 class QToolBar;
 class QTreeView;
+class QTreeWidgetItem;
 class frmInvioProva;
 class frmInfoSistema;
 class frmLog;
@@ -62,6 +63,21 @@ public:
     PxBarraComandi* Barra() const { return mBarra; }
     // The list-wide commands (5100, 5101, refresh, freeze, ...) by id.
     QAction* Comando(int id) const;
+    // The node commands: start and suspend the service of the node on display, and exit.
+    QAction* ComandoAvvia() const { return mAvviaServizio; }
+    QAction* ComandoSospendi() const { return mSospendiServizio; }
+    QAction* ComandoEsci() const { return mEsci; }
+    // What the context menu of the content list offers: the live view's commands, as its bar
+    // holds them, then the list's own.
+    QList<QAction*> AzioniContestoElenco() const;
+    // What the context menu of the tree offers for the node on display.
+    QList<QAction*> AzioniContestoNodo() const;
+    // The pane holding the keyboard focus (a dock, or the content list); nullptr when the
+    // focus is elsewhere. It carries the property "fuoco" that draws its mark.
+    QWidget* PannelloAttivo() const { return mPannelloAttivo; }
+    // Suspends the service of the node on display; asks first when it has documents in work.
+    void SospendiServizio();
+    void AvviaServizio();
 
 protected:
     void closeEvent(QCloseEvent* evento) override;
@@ -90,6 +106,15 @@ private:
     void ApriProvaOggetto(qint32 id, const QString& catalogo, const QString& chiave);
     void MostraProva(frmInvioProva* modulo);
     void PreparaMenuRaggruppa();
+    // The context menus, at `dove` (global); the tree's is for `nodo`, made the node on display.
+    void MenuContestoElenco(const QPoint& dove);
+    void MenuContestoNodo(QTreeWidgetItem* nodo, const QPoint& dove);
+    // A tool bar with nothing to show is hidden, and shown again once it has something.
+    void NascondiBarreVuote();
+    void SegnaFuoco(QWidget* fuoco);
+    QString NomeLog(const QString& file) const;
+    void Sospendi(const QString& oggetto);
+    void ConfermaSospensione(const QString& oggetto, qsizetype documenti);
 
     void Fotografa();
 
@@ -105,6 +130,10 @@ private:
     std::unique_ptr<PxAmbienteVista> mAmbiente;
     std::unique_ptr<clsSrvVista> mVista;
     QHash<int, QAction*> mComandi;
+    QAction* mAvviaServizio = nullptr;
+    QAction* mSospendiServizio = nullptr;
+    QAction* mEsci = nullptr;
+    QWidget* mPannelloAttivo = nullptr;
     frmLog* mLog;
     frmProprieta* mProprieta;
     frmCorpoDocumento* mCorpo;
@@ -116,4 +145,5 @@ private:
     QLabel* mStato;
     QString mChiaveVisualizzata;
     bool mPrimaDisposizione = false;
+    QByteArray mPannelliSalvati; // restored again at the first show
 };

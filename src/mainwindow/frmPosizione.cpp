@@ -128,6 +128,11 @@ QString frmPosizione::ChiaveVoce(const char* chiaveNodo, const QString& chiaveVo
     return QString::fromLatin1(chiaveNodo) + u'|' + chiaveVoce;
 }
 
+QString frmPosizione::ChiaveNodo(const QTreeWidgetItem* nodo)
+{
+    return nodo ? nodo->data(0, RuoloChiave).toString() : QString();
+}
+
 QTreeWidgetItem* frmPosizione::AggiungiNodo(QTreeWidgetItem* padre, const QString& chiave, const QString& caption,
                                             qint32 icona)
 {

@@ -65,6 +65,8 @@ public:
     QTreeWidgetItem* Nodo(const QString& chiave) const { return mNodi.value(chiave); }
     int ConteggioNodi() const { return static_cast<int>(mNodi.size()); }
 
+    // The key a node carries ("SrvFax", "SrvStampante|3").
+    static QString ChiaveNodo(const QTreeWidgetItem* nodo);
     // The key of a list entry's node ("SrvStampante|3").
     static QString ChiaveVoce(const char* chiaveNodo, const QString& chiaveVoce);
 

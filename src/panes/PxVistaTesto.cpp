@@ -79,6 +79,9 @@ qsizetype PxVistaTesto::LunghezzaRiga(qsizetype riga) const
 
 qsizetype PxVistaTesto::Posizione(qsizetype riga, qsizetype colonna) const
 {
+    // An empty view (no body loaded yet) still paints its selection: it has no line to index.
+    if (riga < 0 || static_cast<size_t>(riga) >= mC.Righe.size())
+        return colonna;
     return mC.Righe[static_cast<size_t>(riga)] + colonna;
 }
 

@@ -86,9 +86,30 @@ frmLog::frmLog(PxContesto& contesto, QWidget* parent)
     connect(mOsservatore, &QFileSystemWatcher::fileChanged, this, [this] { Controlla(); });
     mControllo.setInterval(1000);
     connect(&mControllo, &QTimer::timeout, this, &frmLog::Controlla);
+    mTitolo = testi.LoadDllString(7004);
 }
 
 frmLog::~frmLog() = default;
+
+void frmLog::AggiornaTitolo()
+{
+    const PxConsoleResDll& testi = mContesto.Testi();
+    QString nome;
+    if (mFile.isEmpty()) {
+        nome.clear();
+    } else if (QFileInfo(mFile) == QFileInfo(mContesto.Log().File())) {
+        nome = testi.LoadDllString(8046);
+    } else {
+        const QString file = QFileInfo(mFile).fileName();
+        const QString chi = mNomi ? mNomi(mFile) : QString();
+        nome = chi.isEmpty() ? file : chi + QStringLiteral(" (") + file + u')';
+    }
+    const QString titolo = nome.isEmpty() ? testi.LoadDllString(7004) : testi.LoadDllString(7004) + QStringLiteral(" - ") + nome;
+    if (titolo == mTitolo)
+        return;
+    mTitolo = titolo;
+    emit TitoloCambiato(mTitolo);
+}
 
 QAction* frmLog::Livello(int livello) const
 {
@@ -112,6 +133,7 @@ void frmLog::CaricaLog(const QString& file)
         if (!mFile.isEmpty())
             mOsservatore->removePath(mFile);
         mFile = file;
+        AggiornaTitolo();
         mControllo.stop();
         ++mGenerazione; // what was being read for the previous file is dropped
         mInLettura = false;

@@ -6,6 +6,8 @@
 #include <QTimer>
 #include <QWidget>
 
+#include <functional>
+
 class PxContesto;
 class PxModelloLog;
 class QAction;
@@ -33,6 +35,11 @@ public:
     void AggiungiRigoLog(qint32 icona, qint32 secondi, const QString& testo);
 
     QString File() const { return mFile; }
+    // What the pane shows, for its dock's title: "Log - " and the name of the log (the
+    // console's, the service's that writes it, or the file's name).
+    QString Titolo() const { return mTitolo; }
+    // How a log file is named after whoever writes it ("" when nobody known does).
+    void ImpostaNomi(std::function<QString(const QString& file)> nomi) { mNomi = std::move(nomi); }
     PxModelloLog* Modello() const { return mModello; }
     QTreeView* Lista() const { return mxrpLog; }
     QAction* Livello(int livello) const;
@@ -43,10 +50,12 @@ public:
 signals:
     // A read has been applied to the list (whole or appended).
     void Letto();
+    void TitoloCambiato(const QString& titolo);
 
 private:
     void Leggi(bool daCapo);
     void Controlla();
+    void AggiornaTitolo();
 
     PxContesto& mContesto;
     QToolBar* mbndLog;
@@ -56,6 +65,8 @@ private:
     QFileSystemWatcher* mOsservatore;
     QTimer mControllo;
     QString mFile;
+    QString mTitolo;
+    std::function<QString(const QString&)> mNomi;
     qint64 mFine = 0;
     quint64 mIdentita = 0; // the file's inode: another one means the file was rotated
     quint64 mGenerazione = 0;

@@ -30,6 +30,43 @@ void PxBarraComandi::Svuota()
     qDeleteAll(mPropri);
     mPropri.clear();
     mAzioni.clear();
+    mOrdine.clear();
+    AggiungiFisse();
+}
+
+void PxBarraComandi::ImpostaFisse(const QList<QAction*>& azioni)
+{
+    mFisse = azioni;
+    Svuota();
+}
+
+void PxBarraComandi::AggiungiFisse()
+{
+    if (mFisse.isEmpty())
+        return;
+    for (QWidget* w : {static_cast<QWidget*>(mBarra.data()), static_cast<QWidget*>(mMenu.data())}) {
+        if (!w)
+            continue;
+        w->addActions(mFisse);
+        auto* separatore = new QAction(this);
+        separatore->setSeparator(true);
+        mPropri.append(separatore);
+        w->addAction(separatore);
+    }
+}
+
+QList<QAction*> PxBarraComandi::AzioniVista() const { return mOrdine; }
+
+void PxBarraComandi::Separatore()
+{
+    auto* separatore = new QAction(this);
+    separatore->setSeparator(true);
+    mPropri.append(separatore);
+    mOrdine.append(separatore);
+    if (mBarra)
+        mBarra->addAction(separatore);
+    if (mMenu)
+        mMenu->addAction(separatore);
 }
 
 namespace {
@@ -67,12 +104,9 @@ QAction* PxBarraComandi::Pulsante(int id, int testo, int descrizione, bool spunt
     QAction* a = Nuova(id, testo, descrizione, this);
     mPropri.append(a);
     a->setCheckable(spuntabile);
-    if (nuovoGruppo) {
-        if (mBarra)
-            mBarra->addSeparator();
-        if (mMenu)
-            mMenu->addSeparator();
-    }
+    if (nuovoGruppo)
+        Separatore();
+    mOrdine.append(a);
     if (mBarra)
         mBarra->addAction(a);
     if (mMenu)
@@ -89,6 +123,7 @@ QMenu* PxBarraComandi::Tendina(int id, int testo, int descrizione)
     a->setStatusTip(mTesti.LoadDllString(descrizione));
     a->setToolTip(mTesti.LoadDllString(testo) + QStringLiteral("\n") + mTesti.LoadDllString(descrizione));
     mAzioni.insert(id, a);
+    mOrdine.append(a);
     if (mBarra) {
         mBarra->addAction(a);
         if (auto* pulsante = qobject_cast<QToolButton*>(mBarra->widgetForAction(a)))

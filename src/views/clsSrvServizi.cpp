@@ -36,7 +36,7 @@ QString VersioneLayout(const QString& chiave)
 
 clsSrvServizi::clsSrvServizi(PxAmbienteVista& ambiente, const QString& chiaveNodo, QObject* parent)
     : clsSrvVista(ambiente, chiaveNodo.section(u'|', 0, 0), VersioneLayout(chiaveNodo.section(u'|', 0, 0)), parent),
-      mNodo(chiaveNodo.section(u'|', 0, 0))
+      mNodo(chiaveNodo.section(u'|', 0, 0)), mVoce(chiaveNodo.section(u'|', 1))
 {
     // The node's own row first, then what hangs under it; the server shows its services.
     const auto nodi = modAlberoServer::Nodi();
@@ -71,20 +71,31 @@ QStringList Stampanti(const QStringList& chiavi)
 
 void clsSrvServizi::CreaPulsanti()
 {
-    // The printing service and its printers send test pages to the printers selected.
+    // The printing service sends test pages to the printers selected; a printer's node to
+    // its own printer.
     if (mNodo == u"SrvStampe" || mNodo == u"SrvStampante")
-        mAmbiente.Barra.Pulsante(IdPaginaDiProva, 1233, 1333)->setEnabled(false);
+        mAmbiente.Barra.Pulsante(IdPaginaDiProva, 1233, 1333)->setEnabled(!StampantiScelte().isEmpty());
+}
+
+QStringList clsSrvServizi::StampantiScelte() const
+{
+    if (mNodo == u"SrvStampante" && !mVoce.isEmpty())
+        return {mVoce};
+    return Stampanti(ChiaviSelezionate());
 }
 
 void clsSrvServizi::AbilitaPulsanti(bool abilita)
 {
-    mAmbiente.Barra.Abilita(IdPaginaDiProva, abilita && !Stampanti(ChiaviSelezionate()).isEmpty());
+    // `abilita` is false while the console is busy, and when no row is selected; a printer's
+    // own node needs no selection.
+    const bool propria = mNodo == u"SrvStampante" && !mVoce.isEmpty();
+    mAmbiente.Barra.Abilita(IdPaginaDiProva, propria ? !mContesto.Occupato() : abilita && !StampantiScelte().isEmpty());
 }
 
 void clsSrvServizi::Esegui(int id)
 {
     if (id == IdPaginaDiProva)
-        if (const QStringList stampanti = Stampanti(ChiaviSelezionate()); !stampanti.isEmpty())
+        if (const QStringList stampanti = StampantiScelte(); !stampanti.isEmpty())
             emit PaginaDiProva(stampanti);
 }
 
@@ -176,7 +187,11 @@ void clsSrvServizi::Righe(const modAlberoServer::Nodo& nodo, bool aggiorna)
     if (nodo.Tipo == Genere::Elenco) {
         const QByteArray prefisso = QByteArray(nodo.Chiave) + '|';
         QSet<QByteArray> viste;
+        // The node of one entry shows that entry only.
+        const QByteArray sola = QLatin1StringView(nodo.Chiave) == mNodo ? mVoce.toUtf8() : QByteArray();
         for (const pugi::xml_node voce : radice.child(nodo.Elenco).children()) {
+            if (!sola.isEmpty() && Testo(voce, nodo.ElementoChiave) != sola)
+                continue;
             const QByteArray chiave = prefisso + Testo(voce, nodo.ElementoChiave);
             viste.insert(chiave);
             QByteArray caption = Testo(voce, "Utente");

@@ -10,7 +10,8 @@ namespace modAlberoServer { struct Nodo; }
 // of a list the node owns: printers, connected clients, FTP clients), keyed by the service
 // key, showing its state, activity, progress and last error. The rows come from the tree's
 // node table: the view's own node, then its services and lists; the server's view shows
-// every service.
+// every service. A list entry's node ("SrvStampante|3") shows that entry only, and its
+// commands act on it with no selection needed.
 class clsSrvServizi : public clsSrvVista
 {
     Q_OBJECT
@@ -47,8 +48,11 @@ private:
     };
     // Every row of service `nodo`: its own, or one per entry of its list.
     void Righe(const modAlberoServer::Nodo& nodo, bool aggiorna);
+    // The printers a test page goes to: the node's own, or the selected rows'.
+    QStringList StampantiScelte() const;
 
     QString mNodo;
+    QString mVoce; // the list entry the node stands for ("3" of "SrvStampante|3"); "" for a service
     QList<const modAlberoServer::Nodo*> mNodi;
     QHash<QString, QString> mAvanzamento; // per object: "done/total"
     QHash<QString, QString> mAttivita;    // per object: what the progress is of

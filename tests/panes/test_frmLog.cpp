@@ -15,6 +15,7 @@
 #include <QDir>
 #include <QFile>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTreeView>
@@ -150,3 +151,31 @@ TEST_F(Pannello, TheTogglesReloadAndTheViewStaysWhereTheOperatorScrolled)
 
 } // namespace
 
+
+TEST_F(Pannello, TheTitleNamesTheLogOnDisplay)
+{
+    const QSignalSpy titoli(&mLog, &frmLog::TitoloCambiato);
+    mLogConsole.NomeApplicazione = u"titoli"_s;
+    mLogConsole.Cartella = mDir.path();
+    mLogConsole.TracciaProcedure = false;
+    ASSERT_TRUE(mLogConsole.Apri());
+    const QString fax = mDir.filePath(u"PxSrvFax.log"_s);
+    const QString documento = mDir.filePath(u"D000042.log"_s);
+    Scrivi(fax, Riga(2, u"fax"_s));
+    Scrivi(documento, Riga(2, u"documento"_s));
+    mLog.ImpostaNomi([&](const QString& file) { return QFileInfo(file) == QFileInfo(fax) ? u"Fax"_s : QString(); });
+
+    // The service's log is named after the service, a document's after its file.
+    mLog.CaricaLog(fax);
+    EXPECT_EQ(mLog.Titolo(), mTesti.LoadDllString(7004) + u" - Fax (PxSrvFax.log)"_s);
+    mLog.CaricaLog(documento);
+    EXPECT_EQ(mLog.Titolo(), mTesti.LoadDllString(7004) + u" - D000042.log"_s);
+    EXPECT_FALSE(mLog.Titolo().contains(mTesti.LoadDllString(8046)));
+    // Only the console's own log says so.
+    mLog.CaricaLog(mLogConsole.File());
+    EXPECT_EQ(mLog.Titolo(), mTesti.LoadDllString(7004) + u" - "_s + mTesti.LoadDllString(8046));
+    mLog.CaricaLog(QString());
+    EXPECT_EQ(mLog.Titolo(), mTesti.LoadDllString(7004));
+    ASSERT_EQ(titoli.size(), 4);
+    EXPECT_EQ(titoli.at(1).at(0).toString(), mTesti.LoadDllString(7004) + u" - D000042.log"_s);
+}
