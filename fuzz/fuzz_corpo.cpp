@@ -1,10 +1,12 @@
 // A print body from outside (any bytes) with any catalogue: to RTF, read back, prepared for the
-// view. The coloured stretches stay in order and inside the text; a body with no marker, command
-// or sequence comes back as itself (NUL as ø, line ends as "\n").
+// view. The RTF stays within a fixed multiple of the body, the coloured stretches stay in order and
+// inside the text; a body with no marker, command or sequence comes back as itself (NUL as ø, line
+// ends as "\n").
 #include "PxVistaTesto.h"
 #include "modCorpo.h"
 #include "modCp1252.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -41,7 +43,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* dati, size_t quanti)
             (i < 10 ? c.On[size_t(i)] : c.Off[size_t(i - 10)]) = sequenze[i].left(8);
         corpo = tutto.mid(separatore + 1);
     }
-    const modCorpo::Documento d = modCorpo::Leggi(modCorpo::Rtf(corpo, c));
+    // Whatever the catalogue holds, the RTF grows with the body: at most one marker
+    // ("\cf1 \cf1 [%$GR1]\cf0 ", 22 bytes) a byte.
+    const QByteArray rtf = modCorpo::Rtf(corpo, c);
+    Controlla(rtf.size() <= modCorpo::Rtf({}, {}).size() + 22 * std::min(corpo.size(), modCorpo::Massimo));
+    const modCorpo::Documento d = modCorpo::Leggi(rtf);
     ControllaTratti(d.Tratti, d.Testo.size());
     const PxVistaTesto::Contenuto v = PxVistaTesto::Prepara(d);
     ControllaTratti(v.Tratti, v.Testo.size());
