@@ -138,6 +138,7 @@ bool RefIngresso::Prendi(const QString& base)
     mIdInAttesa.remove(base);
     mServizio.Log().Scrivi(modRigaLog::LivelloInformazione,
                            QStringLiteral("Lavoro %1 preso in carico come documento %2").arg(QFileInfo(base).fileName(), id));
+    mServizio.AnnunciaLavoroPreso(QFileInfo(base).fileName(), id);
     return true;
 }
 
@@ -165,4 +166,6 @@ void RefIngresso::Respingi(const QString& base, const QString& motivo)
     const QString riga = QStringLiteral("Lavoro %1 respinto, %2; messo da parte in %3").arg(nome, motivo, mRespinti);
     mServizio.Log().Scrivi(modRigaLog::LivelloErrore, riga);
     mLogServer.Scrivi(modRigaLog::LivelloErrore, mServizio.Chiave() + u": "_s + riga);
+    // The console that dropped the job waits for its fate: the reason, not only the log line.
+    mServizio.AnnunciaLavoroRespinto(nome, motivo);
 }

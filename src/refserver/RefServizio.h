@@ -44,6 +44,10 @@ public:
     void Pubblica(bool presto = false);
     // Raises DocumentoSpostato for a document of one of this service's folders.
     void AnnunciaSpostamento(qint32 coda, const QString& id, const QString& nodo);
+    // Tells whoever dropped the job `base` (its file name without extension) in this
+    // service's input folder what became of it: the document `id`, or set aside for `motivo`.
+    void AnnunciaLavoroPreso(const QString& base, const QString& id) { emit LavoroPreso(base, id); }
+    void AnnunciaLavoroRespinto(const QString& base, const QString& motivo) { emit LavoroRespinto(base, motivo); }
     // Reports progress of the work under way.
     void AnnunciaAvanzamento(const QString& attivita, qint32 fatti, qint32 totale) { emit Avanzamento(attivita, fatti, totale); }
 
@@ -59,6 +63,8 @@ signals:
     void NotificaErrore(qint32 codice, const QString& descrizione);
     void Avanzamento(const QString& attivita, qint32 fatti, qint32 totale);
     void DocumentoSpostato(qint32 coda, const QString& id, const QString& nodoXml);
+    void LavoroPreso(const QString& base, const QString& id);
+    void LavoroRespinto(const QString& base, const QString& motivo);
     void Risposta(quint64 richiesta, qint32 esito, const QString& testo, const QByteArray& dati);
 
 private:

@@ -7,7 +7,9 @@
 
 #include <zip.h>
 
+#include <initializer_list>
 #include <limits>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -95,9 +97,10 @@ PxIntestazioneHpx Intestazione(const DatiDocumento& d)
         h.ScriviIntero(u"STAMPA"_s, u"Copie"_s, d.Copie);
     }
     if (!d.A.isEmpty()) {
+        // The keys the console's test e-mail writes, which every client writes.
         h.ScriviTesto(u"EMAIL"_s, u"Oggetto"_s, d.Oggetto);
-        h.ScriviTesto(u"EMAIL"_s, u"Da"_s, d.Da);
-        h.ScriviTesto(u"EMAIL"_s, u"A"_s, d.A);
+        h.ScriviTesto(u"EMAIL"_s, u"Account_IndirizzoEmail"_s, d.Da);
+        h.ScriviTesto(u"EMAIL"_s, u"A_IndirizziEmail"_s, d.A);
         h.ScriviTesto(u"EMAIL"_s, u"Cc"_s, d.Cc);
         h.ScriviTesto(u"EMAIL"_s, u"Ccn"_s, d.Ccn);
     }
@@ -108,6 +111,20 @@ PxIntestazioneHpx Intestazione(const DatiDocumento& d)
     }
     return h;
 }
+
+namespace {
+
+// The first of `chiavi` (section, key) with a value that is not blank: the keys clients write
+// first, then the shorter ones older headers carry.
+QString Primo(const PxIntestazioneHpx& h, std::initializer_list<std::pair<const char*, const char*>> chiavi)
+{
+    for (const auto& [sezione, chiave] : chiavi)
+        if (const QString v = h.Testo(QLatin1StringView(sezione), QLatin1StringView(chiave)); !v.trimmed().isEmpty())
+            return v;
+    return {};
+}
+
+} // namespace
 
 QString DaIntestazione(const PxIntestazioneHpx& h, GenereCartella genere, DatiDocumento& d)
 {
@@ -129,9 +146,10 @@ QString DaIntestazione(const PxIntestazioneHpx& h, GenereCartella genere, DatiDo
         return QStringLiteral("STAMPA/Numero %1 fuori intervallo").arg(numero);
     d.NumeroTarquel = static_cast<qint32>(numero);
     d.Copie = static_cast<qint32>(std::clamp<qint64>(h.Intero(u"STAMPA"_s, u"Copie"_s, 1), 1, 999));
-    d.Oggetto = h.Testo(u"EMAIL"_s, u"Oggetto"_s);
-    d.Da = h.Testo(u"EMAIL"_s, u"Da"_s);
-    d.A = h.Testo(u"EMAIL"_s, u"A"_s);
+    // A fax carries its subject and its sending account (fax by e-mail) in sections of its own.
+    d.Oggetto = Primo(h, {{"EMAIL", "Oggetto"}, {"FAX", "Oggetto"}});
+    d.Da = Primo(h, {{"EMAIL", "Account_IndirizzoEmail"}, {"EMAIL", "Da"}, {"NOTIFICA", "Account_IndirizzoEmail"}});
+    d.A = Primo(h, {{"EMAIL", "A_IndirizziEmail"}, {"EMAIL", "A"}});
     d.Cc = h.Testo(u"EMAIL"_s, u"Cc"_s);
     d.Ccn = h.Testo(u"EMAIL"_s, u"Ccn"_s);
     d.PrefissoInternazionale = h.Testo(u"FAX"_s, u"PrefissoInternazionale"_s);
@@ -144,7 +162,7 @@ QString DaIntestazione(const PxIntestazioneHpx& h, GenereCartella genere, DatiDo
         break;
     case GenereCartella::Email:
         if (d.A.isEmpty())
-            return u"manca EMAIL/A"_s;
+            return u"manca EMAIL/A_IndirizziEmail"_s;
         break;
     case GenereCartella::Fax:
     case GenereCartella::PFax:

@@ -18,7 +18,8 @@ constexpr const char* SlotServer[] = {"RichiediDescrizione(quint64)"};
 
 constexpr const char* SegnaliServizio[] = {
     "StatoXmlCambiato(QString)", "CambioStato()", "CambioAttivita()", "NotificaErrore(qint32,QString)",
-    "Avanzamento(QString,qint32,qint32)", "DocumentoSpostato(qint32,QString,QString)", SegnaleRisposta,
+    "Avanzamento(QString,qint32,qint32)", "DocumentoSpostato(qint32,QString,QString)", "LavoroPreso(QString,QString)",
+    "LavoroRespinto(QString,QString)", SegnaleRisposta,
 };
 constexpr const char* SlotServizio[] = {"RichiediStato(quint64)", "Avvia(quint64)", "Sospendi(quint64)"};
 

@@ -13,6 +13,8 @@ void PxSrvServizio::AlCollegamento(QObject*)
     Inoltra("NotificaErrore(qint32,QString)", SIGNAL(NotificaErrore(qint32,QString)));
     Inoltra("Avanzamento(QString,qint32,qint32)", SIGNAL(Avanzamento(QString,qint32,qint32)));
     Inoltra("DocumentoSpostato(qint32,QString,QString)", SIGNAL(DocumentoSpostato(qint32,QString,QString)));
+    Inoltra("LavoroPreso(QString,QString)", SIGNAL(LavoroPreso(QString,QString)));
+    Inoltra("LavoroRespinto(QString,QString)", SIGNAL(LavoroRespinto(QString,QString)));
     // What changed between the description this copy came from and the binding above
     // arrives with this answer; every later change follows it in order.
     Chiama("RichiediStato", this, [this](const PxRisposta& r) {

@@ -44,6 +44,10 @@ signals:
     void Avanzamento(const QString& attivita, qint32 fatti, qint32 totale);
     // One document of this service changed queue; `nodoXml` is its listing node.
     void DocumentoSpostato(qint32 coda, const QString& id, const QString& nodoXml);
+    // A job dropped in this service's input folder, named by its file name without extension,
+    // became the document `id`, or was set aside (not taken) because of `motivo`.
+    void LavoroPreso(const QString& base, const QString& id);
+    void LavoroRespinto(const QString& base, const QString& motivo);
 
 protected:
     void AlCollegamento(QObject* sorgente) override;

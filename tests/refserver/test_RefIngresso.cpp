@@ -1,17 +1,29 @@
 // Input folders against hostile jobs: links, pipes, devices and huge headers are set aside
-// whole, without being followed or read past a limit, and the folder goes on.
+// whole, without being followed or read past a limit, and the folder goes on. What a job
+// became, a document or a job set aside, is told to the consoles over either transport.
+#include "PxCollegamento.h"
+#include "PxCollegamentoRemoto.h"
 #include "PxIntestazioneHpx.h"
+#include "PxSrvServer.h"
+#include "PxSrvServizio.h"
 #include "RefCartellaDocumenti.h"
 #include "RefIngresso.h"
 #include "RefServer.h"
 #include "RefServizio.h"
 #include "modDemo.h"
+#include "modRemoto.h"
 
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QRemoteObjectHost>
+#include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QTest>
+
+#include <pugixml.hpp>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -152,4 +164,114 @@ TEST_F(IngressoOstile, AnOrphanBodyIsReportedOnceAndANumberOutOfRangeIsRefused)
     Scrivi(stampe->Cartella() + u"/grande.hpx"_s, h.Serializza());
     EXPECT_EQ(stampe->Scansiona(), 0);
     EXPECT_TRUE(QFile::exists(stampe->CartellaRespinti() + u"/grande.hpx"_s));
+}
+
+namespace {
+
+// The description of document `id` as the folder publishes it (Documento).
+pugi::xml_node Proprieta(RefCartellaDocumenti& cartella, const QString& id, pugi::xml_document& doc)
+{
+    QSignalSpy risposte(&cartella, &RefCartellaDocumenti::Risposta);
+    cartella.Documento(7, id);
+    if (risposte.size() != 1 || risposte[0][1].toInt() != 0)
+        return {};
+    const QByteArray xml = risposte[0][2].toString().toUtf8();
+    doc.load_buffer(xml.constData(), static_cast<size_t>(xml.size()));
+    return doc.document_element().child("Proprieta");
+}
+
+} // namespace
+
+TEST_F(IngressoOstile, AnEmailJobIsReadByTheKeysClientsWriteAndByTheOlderOnes)
+{
+    RefIngresso* email = mServer->Ingresso(u"PxSrvEmail"_s);
+    RefServizio* servizio = mServer->ServizioRef(u"PxSrvEmail"_s);
+    QSignalSpy presi(servizio, &RefServizio::LavoroPreso);
+    QSignalSpy respinti(servizio, &RefServizio::LavoroRespinto);
+    const auto lavoro = [&](const QString& nome, const std::vector<std::pair<QString, QString>>& chiavi) {
+        PxIntestazioneHpx h;
+        h.ScriviIntero({}, u"Tipo"_s, 3);
+        h.ScriviTesto(u"PROPRIETA"_s, u"Descrizione"_s, nome);
+        for (const auto& [chiave, valore] : chiavi)
+            h.ScriviTesto(u"EMAIL"_s, chiave, valore);
+        Scrivi(email->Cartella() + u'/' + nome + u".bpx"_s, "x");
+        Scrivi(email->Cartella() + u'/' + nome + u".hpx"_s, h.Serializza());
+        email->Scansiona();
+    };
+    lavoro(u"nuovo"_s, {{u"Oggetto"_s, u"Prova"_s}, {u"Account_IndirizzoEmail"_s, u"da@ditta.it"_s},
+                        {u"A_NomiVisualizzati"_s, u"a@cliente.it"_s}, {u"A_IndirizziEmail"_s, u"a@cliente.it"_s}});
+    lavoro(u"vecchio"_s, {{u"Da"_s, u"vecchio@ditta.it"_s}, {u"A"_s, u"vecchio@cliente.it"_s}});
+    lavoro(u"senzaDestinatario"_s, {{u"A_IndirizziEmail"_s, u"  "_s}, {u"Oggetto"_s, u"Prova"_s}});
+
+    ASSERT_EQ(presi.size(), 2);
+    EXPECT_EQ(presi[0][0].toString(), u"nuovo"_s);
+    EXPECT_EQ(presi[1][0].toString(), u"vecchio"_s);
+    RefCartellaDocumenti& cartella = *mServer->Cartella(GenereCartella::Email);
+    pugi::xml_document d1, d2;
+    const pugi::xml_node nuovo = Proprieta(cartella, presi[0][1].toString(), d1);
+    EXPECT_STREQ(nuovo.child("A").child_value("IndirizziEmail"), "a@cliente.it");
+    EXPECT_STREQ(nuovo.child("Da").child_value("IndirizziEmail"), "da@ditta.it");
+    EXPECT_STREQ(nuovo.child_value("Oggetto"), "Prova");
+    const pugi::xml_node vecchio = Proprieta(cartella, presi[1][1].toString(), d2);
+    EXPECT_STREQ(vecchio.child("A").child_value("IndirizziEmail"), "vecchio@cliente.it");
+    EXPECT_STREQ(vecchio.child("Da").child_value("IndirizziEmail"), "vecchio@ditta.it");
+
+    ASSERT_EQ(respinti.size(), 1);
+    EXPECT_EQ(respinti[0][0].toString(), u"senzaDestinatario"_s);
+    EXPECT_TRUE(respinti[0][1].toString().contains(u"A_IndirizziEmail"_s)) << qPrintable(respinti[0][1].toString());
+    EXPECT_TRUE(QFile::exists(email->CartellaRespinti() + u"/senzaDestinatario.hpx"_s));
+}
+
+TEST_F(IngressoOstile, AFaxJobKeepsItsSubjectAndAFaxByEmailItsSendingAccount)
+{
+    RefIngresso* efax = mServer->Ingresso(u"PxSrvEFax"_s);
+    QSignalSpy presi(mServer->ServizioRef(u"PxSrvEFax"_s), &RefServizio::LavoroPreso);
+    PxIntestazioneHpx h;
+    h.ScriviIntero({}, u"Tipo"_s, 1);
+    h.ScriviTesto(u"PROPRIETA"_s, u"Descrizione"_s, u"Fax di prova"_s);
+    h.ScriviTesto(u"FAX"_s, u"NumeroFax"_s, u"7654321"_s);
+    h.ScriviTesto(u"FAX"_s, u"Oggetto"_s, u"Ordine 12"_s);
+    h.ScriviTesto(u"NOTIFICA"_s, u"Account_IndirizzoEmail"_s, u"fax@ditta.it"_s);
+    Scrivi(efax->Cartella() + u"/efax.bpx"_s, "x");
+    Scrivi(efax->Cartella() + u"/efax.hpx"_s, h.Serializza());
+    ASSERT_EQ(efax->Scansiona(), 1);
+    ASSERT_EQ(presi.size(), 1);
+    pugi::xml_document doc;
+    const pugi::xml_node p = Proprieta(*mServer->Cartella(GenereCartella::EFax), presi[0][1].toString(), doc);
+    EXPECT_STREQ(p.child_value("Oggetto"), "Ordine 12");
+    EXPECT_STREQ(p.child("Da").child_value("IndirizziEmail"), "fax@ditta.it");
+    EXPECT_STREQ(p.child("NumeroFax").child_value("Numero"), "7654321");
+}
+
+// The console's side hears both notices, with the job's base name, whatever carries them.
+TEST_F(IngressoOstile, TheFateOfAJobReachesTheConsoleOverBothTransports)
+{
+    const QUrl indirizzo(u"local:plx-ingresso-"_s + QString::number(QCoreApplication::applicationPid()));
+    QRemoteObjectHost host(indirizzo);
+    ASSERT_EQ(modRemoto::Pubblica(host, *mServer), mServer->Nomi().size());
+    PxCollegamentoDiretto diretto([this](const QString& nome) { return mServer->Oggetto(nome); });
+    PxCollegamentoRemoto remoto(indirizzo);
+    int volta = 0;
+    for (PxCollegamento* collegamento : {static_cast<PxCollegamento*>(&diretto), static_cast<PxCollegamento*>(&remoto)}) {
+        SCOPED_TRACE(volta == 0 ? "diretto" : "remoto");
+        PxSrvServer console(collegamento);
+        console.Connetti();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return console.Caricato(); }, 10000));
+        PxSrvServizio* fax = console.Servizio(u"PxSrvFax"_s);
+        ASSERT_NE(fax, nullptr);
+        QSignalSpy presi(fax, &PxSrvServizio::LavoroPreso);
+        QSignalSpy respinti(fax, &PxSrvServizio::LavoroRespinto);
+        const QString buono = u"buono-"_s + QString::number(volta), cattivo = u"cattivo-"_s + QString::number(volta);
+        Scrivi(Base(buono) + u".bpx"_s, "Testo\r\n");
+        Scrivi(Base(buono) + u".hpx"_s, Intestazione());
+        Scrivi(Base(cattivo) + u".bpx"_s, "Testo\r\n");
+        Scrivi(Base(cattivo) + u".hpx"_s, "<non valido");
+        mIngresso->Scansiona();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return presi.size() == 1 && respinti.size() == 1; }, 10000));
+        EXPECT_EQ(presi[0][0].toString(), buono);
+        EXPECT_TRUE(mServer->Cartella(GenereCartella::Fax)->Trova(presi[0][1].toString()));
+        EXPECT_EQ(respinti[0][0].toString(), cattivo);
+        EXPECT_TRUE(respinti[0][1].toString().startsWith(u"intestazione non valida"_s)) << qPrintable(respinti[0][1].toString());
+        ++volta;
+    }
 }

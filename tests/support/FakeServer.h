@@ -33,6 +33,8 @@ signals:
     void NotificaErrore(qint32 codice, const QString& descrizione);
     void Avanzamento(const QString& attivita, qint32 fatti, qint32 totale);
     void DocumentoSpostato(qint32 coda, const QString& id, const QString& nodoXml);
+    void LavoroPreso(const QString& base, const QString& id);
+    void LavoroRespinto(const QString& base, const QString& motivo);
     void Risposta(quint64 richiesta, qint32 esito, const QString& testo, const QByteArray& dati);
 private:
     QString mXml;
