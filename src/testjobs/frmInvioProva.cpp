@@ -1,5 +1,6 @@
 #include "frmInvioProva.h"
 
+#include "PxAttesaLavoro.h"
 #include "PxConsoleResDll.h"
 #include "PxContesto.h"
 #include "PxImpostazioniMacchina.h"
@@ -11,6 +12,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialogButtonBox>
+#include <QFileInfo>
 #include <QFormLayout>
 #include <QFutureWatcher>
 #include <QGroupBox>
@@ -25,7 +27,7 @@
 
 frmInvioProva::frmInvioProva(PxContesto& contesto, const char* gruppo, const QString& servizio, qint32 titolo, qint32 cornice,
                              std::span<const Campo> campi, QWidget* parent)
-    : QDialog(parent), mContesto(contesto), mGruppo(QString::fromLatin1(gruppo)), mDefinizione(campi),
+    : QDialog(parent), mContesto(contesto), mGruppo(QString::fromLatin1(gruppo)), mServizio(servizio), mDefinizione(campi),
       mPulsanti(new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel)), mAvviso(new QLabel)
 {
     const PxConsoleResDll& testi = mContesto.Testi();
@@ -227,6 +229,18 @@ void frmInvioProva::Salva()
         modPortachiavi::Scrivi(mGruppo, password, this, [](bool) {});
 }
 
+void frmInvioProva::FineInvio()
+{
+    mInVio = false;
+    mPulsanti->setEnabled(true);
+}
+
+void frmInvioProva::reject()
+{
+    if (!mInVio)
+        QDialog::reject();
+}
+
 void frmInvioProva::accept()
 {
     if (mInVio)
@@ -241,22 +255,48 @@ void frmInvioProva::accept()
                 + (mCartellaIngresso.isEmpty() ? mContesto.Testi().LoadDllString(8022) : errore));
         return;
     }
-    // The disk off the interface thread; the form waits, and closes only once the job is there.
+    // Listening before the job is written: the service may take it before the write returns.
+    PxSrvServizio* servizio = mContesto.Server() ? mContesto.Server()->Servizio(mServizio) : nullptr;
+    auto* attesa = new PxAttesaLavoro(servizio, this);
+    connect(attesa, &PxAttesaLavoro::Preso, this, [this, attesa](const QString& base, const QString& id) {
+        attesa->deleteLater();
+        FineInvio();
+        Segnala({});
+        modTraccia::Proteggi("frmInvioProva_Salva", [&] { Salva(); });
+        emit Consegnato(base, id);
+        QDialog::accept();
+    });
+    connect(attesa, &PxAttesaLavoro::Respinto, this, [this, attesa](const QString& base, const QString& motivo) {
+        // Set aside: the operator sees why and may correct the fields and send again.
+        attesa->deleteLater();
+        FineInvio();
+        Segnala(mContesto.Testi().LoadDllString(8075) + u' ' + QFileInfo(base).fileName() + QStringLiteral(": ") + motivo);
+        emit Respinto(base, motivo);
+    });
+    connect(attesa, &PxAttesaLavoro::Scaduto, this, [this, attesa](const QString& base) {
+        // Handed over: the service may still take it, and the form must not hang on it.
+        attesa->deleteLater();
+        FineInvio();
+        Segnala(mContesto.Testi().LoadDllString(8076) + u' ' + QFileInfo(base).fileName());
+        modTraccia::Proteggi("frmInvioProva_Salva", [&] { Salva(); });
+        emit NonPreso(base);
+        QDialog::accept();
+    });
+    // The disk off the interface thread; the form waits, and closes only once the job is taken.
     mInVio = true;
     mPulsanti->setEnabled(false);
+    Segnala(mContesto.Testi().LoadDllString(8018));
     auto* osservatore = new QFutureWatcher<modLavoro::Esito>(this);
-    connect(osservatore, &QFutureWatcherBase::finished, this, [this, osservatore] {
+    connect(osservatore, &QFutureWatcherBase::finished, this, [this, osservatore, attesa] {
         const modLavoro::Esito esito = osservatore->result();
         osservatore->deleteLater();
-        mInVio = false;
-        mPulsanti->setEnabled(true);
         if (!esito.Riuscito) {
+            attesa->deleteLater();
+            FineInvio();
             Segnala(mContesto.Testi().LoadDllString(8037) + u' ' + esito.Errore);
             return;
         }
-        modTraccia::Proteggi("frmInvioProva_Salva", [&] { Salva(); });
-        emit Consegnato(esito.Base);
-        QDialog::accept();
+        attesa->Attendi(esito.Base, mAttesaMassima);
     });
     osservatore->setFuture(QtConcurrent::run([l = std::move(*lavoro), cartella = mCartellaIngresso] {
         return modContenuto::ScriviPaginaDiProva(l, cartella);

@@ -18,8 +18,11 @@ class QLabel;
 
 // The frame of the test forms: one field per row of a table (label, the key it is remembered
 // under, kind), filled from what the form last sent on this server machine, and on OK the job
-// composed, handed to the service's input folder off the interface thread, and only then the
-// fields remembered. A password goes to the desktop's keyring, never to the settings.
+// composed and handed to the service's input folder off the interface thread. The form then
+// waits for the service to say what became of the job: taken (the fields are remembered and
+// the form closes), set aside (the reason shows and the form stays open, nothing remembered),
+// or no word in time (the job was handed over but not yet taken: remembered, closed). A
+// password goes to the desktop's keyring, never to the settings.
 class frmInvioProva : public QDialog
 {
     Q_OBJECT
@@ -37,8 +40,14 @@ public:
 
     ~frmInvioProva() override;
 
-    // OK: checks, composes and sends the job; the form closes once the job is in place.
+    // OK: checks, composes and sends the job; the form closes once the service took the job.
     void accept() override;
+    // Cancel and Escape close the form, but not while a job is on its way.
+    void reject() override;
+
+    // How long the form waits for the service's word on a job it handed over.
+    static constexpr int AttesaPredefinita = 10000;
+    void ImpostaAttesa(int millisecondi) { mAttesaMassima = millisecondi; }
 
     // The job's destination, for the caller to check: the service's input folder.
     QString CartellaIngresso() const { return mCartellaIngresso; }
@@ -46,8 +55,13 @@ public:
     QWidget* Widget(const char* chiave) const { return mCampi.value(QByteArray(chiave)); }
 
 signals:
-    // The job reached the input folder under this base name.
-    void Consegnato(const QString& base);
+    // `base` is always the job's path in the input folder, without extension.
+    // The service took the job: it is the document `id`.
+    void Consegnato(const QString& base, const QString& id);
+    // The service set the job aside, not taken, because of `motivo`.
+    void Respinto(const QString& base, const QString& motivo);
+    // The job is in the input folder, but the service said nothing of it in time.
+    void NonPreso(const QString& base);
 
 protected:
     // `gruppo`: where the fields are remembered ("Fax", "EFax", "Email"); `servizio`: the
@@ -81,8 +95,11 @@ protected:
 private:
     void Salva();
     void Segnala(const QString& testo);
+    void FineInvio();
 
     QString mGruppo;
+    QString mServizio;
+    int mAttesaMassima = AttesaPredefinita;
     QString mCartellaIngresso;
     std::span<const Campo> mDefinizione;
     QHash<QByteArray, QWidget*> mCampi;

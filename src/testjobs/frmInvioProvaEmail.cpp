@@ -2,6 +2,7 @@
 
 #include "PxConsoleResDll.h"
 #include "PxContesto.h"
+#include "PxSrvServer.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -61,5 +62,9 @@ bool frmInvioProvaEmail::Valida()
 
 std::optional<modContenuto::Lavoro> frmInvioProvaEmail::Componi(QString*)
 {
-    return modProva::Email(DatiPosta(), Formato ? &*Formato : nullptr, mContesto.Testi(), QDateTime::currentDateTime());
+    // The vendor's links are the installation's, read when the mail is made.
+    const modProva::Collegamenti collegamenti =
+        modProva::LeggiCollegamenti(mContesto.Server() ? mContesto.Server()->Cartella() : QString());
+    return modProva::Email(DatiPosta(), Formato ? &*Formato : nullptr, mContesto.Testi(), QDateTime::currentDateTime(),
+                           collegamenti);
 }

@@ -1,7 +1,10 @@
 #include "modProva.h"
 
 #include "PxConsoleResDll.h"
+#include "PxLettoreIni.h"
 #include "modCp1252.h"
+
+#include <QDir>
 
 namespace modProva {
 
@@ -63,6 +66,23 @@ void SezioniFax(PxIntestazioneHpx& h, const DatiFax& f, const DatiPosta* efax)
 }
 
 } // namespace
+
+Collegamenti LeggiCollegamenti(const PxLettoreIni& ini)
+{
+    const QString sezione = QStringLiteral("Console");
+    Collegamenti c;
+    c.Titolo = ini.Stringa(sezione, QStringLiteral("TitoloLink"), c.Titolo, 1024).trimmed();
+    c.Aggiornamenti = ini.Stringa(sezione, QStringLiteral("IndirizzoAggiornamenti"), {}, 1024).trimmed();
+    c.Sito = ini.Stringa(sezione, QStringLiteral("IndirizzoSito"), {}, 1024).trimmed();
+    return c;
+}
+
+Collegamenti LeggiCollegamenti(const QString& cartellaServer)
+{
+    if (cartellaServer.isEmpty())
+        return {};
+    return LeggiCollegamenti(PxLettoreIni(QDir(cartellaServer).filePath(QStringLiteral("PlxConfigurazione.ini"))));
+}
 
 QString Destinazione(const DatiFax& fax)
 {

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+class PxLettoreIni;
+
 // The test fax, test fax-by-e-mail and test e-mail jobs: what the three test forms send. A
 // standard test carries the sample lines of the test page; a format test (a page format of
 // the formats service) carries only the format's key, and the service lays the page out.
@@ -42,13 +44,19 @@ struct DatiPosta
     QString PercorsoFileZip;   // a file to attach; "" none
 };
 
-// The vendor's links of a standard test e-mail.
+// The vendor's links a standard test e-mail carries: values of the installation, section
+// "Console" of PlxConfigurazione.ini in the server folder: "TitoloLink" (default "Pelorix"),
+// "IndirizzoAggiornamenti" (the update site) and "IndirizzoSito" (the home page), the two
+// addresses empty when the installation names none.
 struct Collegamenti
 {
     QString Titolo = QStringLiteral("Pelorix");
-    QString Aggiornamenti = QStringLiteral("https://update.pelorix.example");
-    QString Sito = QStringLiteral("https://www.pelorix.example");
+    QString Aggiornamenti;
+    QString Sito;
 };
+Collegamenti LeggiCollegamenti(const PxLettoreIni& ini);
+// The same, from the ini file of the server folder `cartellaServer`.
+Collegamenti LeggiCollegamenti(const QString& cartellaServer);
 
 // `formato` null: the standard test. `efax`: through the fax-by-e-mail service, with `posta`'s account.
 modContenuto::Lavoro Fax(const DatiFax& fax, const Formato* formato, const PxConsoleResDll& testi, const QDateTime& quando,

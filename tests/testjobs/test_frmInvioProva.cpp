@@ -4,8 +4,11 @@
 #include "PxIconResource.h"
 #include "PxImpostazioni.h"
 #include "PxImpostazioniMacchina.h"
+#include "PxIntestazioneHpx.h"
+#include "RefCartellaDocumenti.h"
 #include "PxLogConsole.h"
 #include "PxSrvServer.h"
+#include "RefIngresso.h"
 #include "RefServer.h"
 #include "frmInvioProvaEmail.h"
 #include "frmInvioProvaFax.h"
@@ -20,6 +23,8 @@
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QDir>
+#include <QFileInfo>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
@@ -65,6 +70,14 @@ protected:
             n->setPlainText(testo);
     }
 
+    // The server looks at the input folder of `servizio` once the form's job is there whole.
+    void Prendi(const char* servizio)
+    {
+        RefIngresso* ingresso = mS.Ref->Ingresso(QLatin1StringView(servizio));
+        ASSERT_TRUE(Attendi([&] { return !QDir(ingresso->Cartella()).entryList({u"*.hpx"_s}, QDir::Files).isEmpty(); }));
+        ingresso->Scansiona();
+    }
+
     QStringList Lavori(const char* servizio) const
     {
         return QDir(QDir(mS.Dir.path()).filePath(u"Ingresso/"_s + QLatin1StringView(servizio))).entryList(QDir::Files | QDir::Hidden);
@@ -88,11 +101,18 @@ TEST_F(Moduli, ATestFaxIsSentThenRememberedForEveryOperatorOfTheMachine)
         QSignalSpy consegnati(&f, &frmInvioProva::Consegnato);
         f.open();
         QTest::keyClick(f.Widget("Oggetto"), Qt::Key_Return); // Enter is OK
+        // Written, but not yet taken: the form waits for the service.
+        ASSERT_TRUE(Attendi([&] { return Lavori("PxSrvFax").size() == 2; }));
+        EXPECT_EQ(Lavori("PxSrvFax"), (QStringList{u"Pagina di prova di 02 7654321.bpx"_s, u"Pagina di prova di 02 7654321.hpx"_s}));
+        EXPECT_TRUE(f.isVisible());
+        EXPECT_TRUE(consegnati.isEmpty());
+        Prendi("PxSrvFax");
         ASSERT_TRUE(Attendi([&] { return consegnati.size() == 1; }));
         EXPECT_EQ(f.result(), QDialog::Accepted);
+        EXPECT_EQ(QFileInfo(consegnati[0][0].toString()).fileName(), u"Pagina di prova di 02 7654321"_s);
+        EXPECT_NE(mS.Ref->Cartella(GenereCartella::Fax)->Trova(consegnati[0][1].toString()), nullptr);
     }
-    const QStringList lavori = Lavori("PxSrvFax");
-    EXPECT_EQ(lavori, (QStringList{u"Pagina di prova di 02 7654321.bpx"_s, u"Pagina di prova di 02 7654321.hpx"_s}));
+    EXPECT_TRUE(Lavori("PxSrvFax").isEmpty()) << "the server took the job";
     // The next form, for any operator of the machine, starts from what was sent.
     frmInvioProvaFax di_nuovo(*mS.Contesto);
     EXPECT_EQ(qobject_cast<QLineEdit*>(di_nuovo.Widget("NumeroFax"))->text(), u"7654321"_s);
@@ -145,8 +165,8 @@ TEST_F(Moduli, TheEmailPasswordIsCheckedOnlyWithAnAuthenticationAndKeptInTheKeyr
     modo->setCurrentIndex(modo->findData(0));
     QSignalSpy consegnati(&f, &frmInvioProva::Consegnato);
     f.accept();
+    Prendi("PxSrvEmail");
     ASSERT_TRUE(Attendi([&] { return consegnati.size() == 1; }));
-    EXPECT_EQ(Lavori("PxSrvEmail").size(), 2);
     EXPECT_EQ(Chiavi.value(u"Email"_s), u"segreta"_s);
     PxImpostazioniMacchina macchina(mS.Dir.path());
     QFile file(macchina.Dove());
@@ -157,6 +177,92 @@ TEST_F(Moduli, TheEmailPasswordIsCheckedOnlyWithAnAuthenticationAndKeptInTheKeyr
     // The next form takes the password from the keyring.
     frmInvioProvaEmail di_nuovo(*mS.Contesto);
     EXPECT_TRUE(Attendi([&] { return qobject_cast<QLineEdit*>(di_nuovo.Widget("Password"))->text() == u"segreta"_s; }));
+}
+
+// The service sets the job aside: the form says why, stays open and remembers nothing; the
+// next send, corrected, goes through.
+TEST_F(Moduli, AJobTheServiceSetsAsideIsReportedWithItsReasonAndTheFormStaysOpen)
+{
+    frmInvioProvaEmail f(*mS.Contesto);
+    Scrivi(f, "Oggetto", u"Senza destinatario"_s);
+    QSignalSpy consegnati(&f, &frmInvioProva::Consegnato);
+    QSignalSpy respinti(&f, &frmInvioProva::Respinto);
+    f.open();
+    f.accept();
+    Prendi("PxSrvEmail");
+    ASSERT_TRUE(Attendi([&] { return respinti.size() == 1; }));
+    EXPECT_TRUE(consegnati.isEmpty());
+    EXPECT_EQ(QFileInfo(respinti[0][0].toString()).fileName(), u"Pagina di prova di "_s);
+    const QString motivo = respinti[0][1].toString();
+    EXPECT_TRUE(motivo.contains(u"A_IndirizziEmail"_s)) << qPrintable(motivo);
+    EXPECT_TRUE(f.isVisible()) << "the form stays open";
+    EXPECT_TRUE(f.findChild<QDialogButtonBox*>()->isEnabled());
+    bool detto = false;
+    for (const QLabel* l : f.findChildren<QLabel*>())
+        detto = detto || (l->isVisible() && l->text().startsWith(mS.Testi.LoadDllString(8075)) && l->text().contains(motivo));
+    EXPECT_TRUE(detto) << "the reason shows in the form";
+    EXPECT_FALSE(PxImpostazioniMacchina(mS.Dir.path()).Impostazioni().contains(u"Email/Oggetto"_s)) << "nothing remembered";
+
+    Scrivi(f, "A", u"operatore@ditta.it"_s);
+    f.accept();
+    Prendi("PxSrvEmail");
+    ASSERT_TRUE(Attendi([&] { return consegnati.size() == 1; }));
+    EXPECT_EQ(respinti.size(), 1);
+    EXPECT_EQ(f.result(), QDialog::Accepted);
+}
+
+// A server that never looks at its folder: the form does not hang; it says the job was handed
+// over but not yet taken, and the job is still there for the service to take later.
+TEST_F(Moduli, WithoutWordFromTheServiceTheFormClosesSayingTheJobWasHandedOverOnly)
+{
+    frmInvioProvaFax f(*mS.Contesto);
+    Scrivi(f, "NumeroFax", u"2223334"_s);
+    f.ImpostaAttesa(1);
+    QSignalSpy consegnati(&f, &frmInvioProva::Consegnato);
+    QSignalSpy nonPresi(&f, &frmInvioProva::NonPreso);
+    f.open();
+    f.accept();
+    ASSERT_TRUE(Attendi([&] { return nonPresi.size() == 1; }));
+    EXPECT_TRUE(consegnati.isEmpty());
+    EXPECT_EQ(f.result(), QDialog::Accepted);
+    EXPECT_EQ(QFileInfo(nonPresi[0][0].toString()).fileName(), u"Pagina di prova di 02 2223334"_s);
+    EXPECT_EQ(Lavori("PxSrvFax").size(), 2) << "handed over, waiting for the service";
+    EXPECT_EQ(mS.Ref->Ingresso(u"PxSrvFax"_s)->Scansiona(), 1);
+}
+
+// The e-mail's vendor links are the installation's, from its ini file.
+TEST_F(Moduli, TheTestEmailCarriesTheLinksTheInstallationNames)
+{
+    const QString file = QDir(mS.Dir.path()).filePath(u"PlxConfigurazione.ini"_s);
+    QFile ini(file);
+    ASSERT_TRUE(ini.open(QIODevice::ReadOnly));
+    QByteArray testo = ini.readAll();
+    ini.close();
+    const QByteArray chiavi = "TitoloLink=Ditta Rossi\r\nIndirizzoAggiornamenti=https://aggiornamenti.rossi.it\r\n"
+                              "IndirizzoSito=https://www.rossi.it\r\n";
+    const qsizetype console = testo.indexOf("[Console]");
+    if (console < 0)
+        testo += "\r\n[Console]\r\n" + chiavi;
+    else
+        testo.insert(testo.indexOf('\n', console) + 1, chiavi);
+    ASSERT_TRUE(ini.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    ini.write(testo);
+    ini.close();
+
+    frmInvioProvaEmail f(*mS.Contesto);
+    Scrivi(f, "A", u"operatore@ditta.it"_s);
+    f.ImpostaAttesa(1);
+    QSignalSpy nonPresi(&f, &frmInvioProva::NonPreso);
+    f.open();
+    f.accept();
+    ASSERT_TRUE(Attendi([&] { return nonPresi.size() == 1; }));
+    QFile hpx(nonPresi[0][0].toString() + u".hpx"_s);
+    ASSERT_TRUE(hpx.open(QIODevice::ReadOnly));
+    PxIntestazioneHpx h;
+    ASSERT_TRUE(h.Analizza(hpx.readAll()));
+    EXPECT_EQ(h.Testo(u"LINKS"_s, u"Titolo"_s), u"Ditta Rossi"_s);
+    EXPECT_EQ(h.Testo(u"LINKS"_s, u"Href0"_s), u"https://aggiornamenti.rossi.it"_s);
+    EXPECT_EQ(h.Testo(u"LINKS"_s, u"Href1"_s), u"https://www.rossi.it"_s);
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "PxConsoleResDll.h"
+#include "PxLettoreIni.h"
 #include "modCp1252.h"
 #include "modProva.h"
 
@@ -103,6 +104,30 @@ TEST(ProvaEmail, TheStandardTestAndTheFormatTestWriteTheirOwnKeys)
     EXPECT_EQ(f.Intero(u"PROPRIETA"_s, u"Lingua"_s), 3);
     EXPECT_TRUE(Chiavi(f, u"LINKS"_s).isEmpty());
     EXPECT_TRUE(Chiavi(f, u"ALLEGATI"_s).isEmpty());
+}
+
+TEST(ProvaEmail, TheLinksAreTheInstallationsAndNothingIsMadeUpWhenItNamesNone)
+{
+    const PxLettoreIni ini = PxLettoreIni::DaDati("[console]\r\nTitoloLink=\"Ditta Rossi\"\r\n"
+                                                  "IndirizzoAggiornamenti=https://aggiornamenti.rossi.it/plx\r\n"
+                                                  "IndirizzoSito= https://www.rossi.it \r\n");
+    const modProva::Collegamenti c = modProva::LeggiCollegamenti(ini);
+    EXPECT_EQ(c.Titolo, u"Ditta Rossi"_s);
+    EXPECT_EQ(c.Aggiornamenti, u"https://aggiornamenti.rossi.it/plx"_s);
+    EXPECT_EQ(c.Sito, u"https://www.rossi.it"_s);
+    modProva::DatiPosta p;
+    p.A = u"operatore@ditta.it"_s;
+    const PxIntestazioneHpx h = modProva::Email(p, nullptr, Testi(), Quando, c).Intestazione;
+    EXPECT_EQ(h.Testo(u"LINKS"_s, u"Titolo"_s), u"Ditta Rossi"_s);
+    EXPECT_EQ(h.Testo(u"LINKS"_s, u"Href0"_s), u"https://aggiornamenti.rossi.it/plx"_s);
+    EXPECT_EQ(h.Testo(u"LINKS"_s, u"Descrizione0"_s), u"update"_s);
+    EXPECT_EQ(h.Testo(u"LINKS"_s, u"Href1"_s), u"https://www.rossi.it"_s);
+
+    // An installation that names no links: the title only, no invented addresses.
+    const modProva::Collegamenti vuoti = modProva::LeggiCollegamenti(PxLettoreIni::DaDati("[Console]\r\nLogNumeroFile=3\r\n"));
+    EXPECT_EQ(vuoti.Titolo, u"Pelorix"_s);
+    EXPECT_TRUE(vuoti.Aggiornamenti.isEmpty());
+    EXPECT_TRUE(vuoti.Sito.isEmpty());
 }
 
 } // namespace
