@@ -280,6 +280,14 @@ QByteArray RefServer::Descrizione() const
         pugi::xml_node n = radice.append_child("Cartella");
         n.append_attribute("Chiave") = c->Chiave().toUtf8().constData();
         n.append_attribute("Servizio") = c->ChiaveServizio().toUtf8().constData();
+        // The optional queue is run when a worker of ours takes documents out of it (the fax
+        // confirmations): then a console lists it like the others.
+        const qint32 opzionale = modTabellaCartelle::Di(c->Definizione().Genere).CodaOpzionale;
+        for (const modCartelle::Passo& passo : c->Definizione().Passi)
+            if (opzionale >= 0 && passo.Da == opzionale && mServizi.contains(QString::fromLatin1(passo.Lavoratore))) {
+                n.append_attribute("CodeOpzionali") = opzionale;
+                break;
+            }
     }
     for (const QString& chiave : {u"PxSrvFormati"_s, u"PxSrvFirme"_s})
         radice.append_child("Catalogo").append_attribute("Chiave") = chiave.toUtf8().constData();

@@ -13,7 +13,7 @@ constexpr const char* ContaEmail[] = {"DaConvertire", "InConversione", "DaTrasme
                                       "InStampa", "Trasmessi", "Respinti", "Scartati"};
 constexpr const char* ContaFax[] = {"DaConvertire", "InConversione", "DaTrasmettere", "InTrasmissione", "DaStampare",
                                     "InStampa", "DaNotificare", "InNotifica", "Trasmessi", "Respinti", "Scartati",
-                                    "DaConfermare", nullptr};
+                                    nullptr, "DaConfermare"};
 constexpr const char* ContaPubblica[] = {"DaConvertire", "InConversione", "DaPubblicare", "InPubblicazione", "Pubblicati",
                                          "Respinti", "Scartati"};
 
@@ -33,19 +33,19 @@ constexpr Passo PassiEmail[] = {
     {4, 5, "PxSrvRprtEml", "Stampa dei cedolini", No, false},
     {5, 6, "PxSrvRprtEml", "Stampa dei cedolini", No, true},
 };
-// The fax stages: conversion, transmission, confirmation, report print, notification; a fax
-// also to be published waits in queue 12 for the publication worker.
+// The fax stages: conversion, transmission, confirmation, report print, notification. A sent
+// fax waits for its confirmation in queue 12, the queue the console shows in orange under the
+// toggle the authors captioned "Da pubblicare"; queue 11, which no console shows, stays unused.
 constexpr Passo PassiFax[] = {
     {0, 1, "PxSrvTifVm", "Conversione in tiff", No, false},
     {1, 2, "PxSrvTifVm", "Conversione in tiff", Tif, true},
     {2, 3, "PxSrvFaxVm", "Trasmissione fax", No, false},
-    {3, 11, "PxSrvFaxVm", "Trasmissione fax", No, true},
-    {11, 4, "PxSrvNeFax", "Attesa delle conferme", No, false},
+    {3, 12, "PxSrvFaxVm", "Trasmissione fax", No, true},
+    {12, 4, "PxSrvNeFax", "Attesa delle conferme", No, false},
     {4, 5, "PxSrvRprtFax", "Stampa dei rapporti", No, false},
     {5, 6, "PxSrvRprtFax", "Stampa dei rapporti", No, false},
     {6, 7, "PxSrvNtfcFax", "Invio delle notifiche", No, false},
     {7, 8, "PxSrvNtfcFax", "Invio delle notifiche", No, false},
-    {12, 8, "PxSrvPblVm", "Pubblicazione dei fax", No, false},
 };
 constexpr Passo PassiPFax[] = {
     {0, 1, "PxSrvPFaxVm", "Stampa su printer fax", No, false},

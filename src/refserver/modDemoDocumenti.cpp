@@ -123,7 +123,7 @@ qint32 CodaDemo(const modCartelle::Definizione& def, Caso& c)
         if (p < 55) return 8;
         if (p < 63) return 9;
         if (p < 66) return 10;
-        constexpr std::array<qint32, 10> attesa = {0, 1, 2, 3, 4, 5, 6, 7, 11, 12};
+        constexpr std::array<qint32, 9> attesa = {0, 1, 2, 3, 4, 5, 6, 7, 12};
         return c.Uno(attesa);
     }
     if (p < 60) return fatti;

@@ -170,7 +170,7 @@ TEST_F(Lavoratori, ASuccessfulTransmissionCountsItsAttempt)
         prima.insert(id, Fax().Trova(id)->Tentativi);
     L().Lavora();
     for (const QString& id : inUscita) {
-        EXPECT_EQ(Fax().Trova(id)->Coda, 11) << qPrintable(id);
+        EXPECT_EQ(Fax().Trova(id)->Coda, 12) << qPrintable(id) << " waits for its confirmation";
         EXPECT_EQ(Fax().Trova(id)->Tentativi, prima.value(id) + 1) << qPrintable(id);
     }
 }

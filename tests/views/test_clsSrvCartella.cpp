@@ -7,6 +7,7 @@
 #include "PxImpostazioni.h"
 #include "PxLogConsole.h"
 #include "PxModelloContenuto.h"
+#include "PxSrvCartellaDocumenti.h"
 #include "PxSrvServer.h"
 #include "RefCartellaDocumenti.h"
 #include "RefServer.h"
@@ -92,7 +93,7 @@ protected:
     qsizetype Mostrati(std::initializer_list<int> nascoste = {}) const
     {
         qsizetype n = 0;
-        for (int coda = 0; coda < 12; ++coda) // queue 12 needs the server's queue object
+        for (int coda = 0; coda < 13; ++coda) // queue 12: the server runs its confirmations
             if (std::find(nascoste.begin(), nascoste.end(), coda) == nascoste.end())
                 n += Fax().Coda(coda).size();
         return n;
@@ -145,7 +146,9 @@ TEST_F(Vista, TheViewOfANodeIsChosenByItsKey)
 TEST_F(Vista, AFullListingFollowsTheTogglesAndTheOptionalQueue)
 {
     Apri();
-    EXPECT_EQ(mModello.NumeroRighe(), Mostrati()) << "queue 11 has no toggle and stays; queue 12 needs the server's queue";
+    ASSERT_TRUE(mS.Server->CartellaDocumenti(u"PxSrvDocFax"_s)->CodaOpzionale(12)) << "the server declares the queue it runs";
+    ASSERT_FALSE(Fax().Coda(12).isEmpty());
+    EXPECT_EQ(mModello.NumeroRighe(), Mostrati()) << "queue 11 has no toggle and stays; queue 12 is declared";
     // The commands in the folder's order; the fax toggles by id, 6104 between 6103 and 6105.
     QList<int> ordine;
     for (QAction* a : mBarra.actions())
@@ -155,15 +158,14 @@ TEST_F(Vista, AFullListingFollowsTheTogglesAndTheOptionalQueue)
     EXPECT_EQ(ordine.mid(4, 14), (QList<int>{5300, 6100, 6101, 6102, 6103, 6104, 6105, 6106, 6107, 6108, 6109, 6110, 6111, 5305}));
     EXPECT_EQ(ordine.last(), 5307);
 
-    // A toggle re-asks the server, even when it can change nothing: without the server's
-    // queue object, queue 12 never shows in a full listing.
-    const qsizetype prima = mRicariche, righe = mModello.NumeroRighe();
+    // A toggle re-asks the server: the confirmations' queue goes.
+    const qsizetype prima = mRicariche;
     QObject::connect(&mModello, &QAbstractItemModel::modelReset, mVista.get(), [this] { ++mRicariche; });
     mComandi.Azione(6104)->trigger();
     ASSERT_TRUE(Attendi([&] { return mRicariche > prima; }));
-    EXPECT_EQ(mModello.NumeroRighe(), righe);
+    EXPECT_EQ(mModello.NumeroRighe(), Mostrati({12}));
     mComandi.Azione(6109)->trigger();
-    ASSERT_TRUE(Attendi([&] { return mModello.NumeroRighe() == Mostrati({8}); }));
+    ASSERT_TRUE(Attendi([&] { return mModello.NumeroRighe() == Mostrati({8, 12}); }));
     const QString trasmesso = Fax().Coda(8).value(0);
     EXPECT_LT(mModello.Riga(trasmesso), 0);
     const QString respinto = Fax().Coda(9).value(0);
