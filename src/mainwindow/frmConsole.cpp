@@ -25,6 +25,7 @@
 #include "frmVisFirma.h"
 #include "modAlberoServer.h"
 #include "modComandiServizio.h"
+#include "PxAttesaLavoro.h"
 #include "frmInvioProvaEmail.h"
 #include "frmInvioProvaFax.h"
 #include "modContenuto.h"
@@ -693,7 +694,7 @@ void frmConsole::InviaPaginaDiProva(const QStringList& chiaviStampanti)
     modTraccia::Proteggi("InviaPaginaDiProva", [&] {
         const PxConsoleResDll& testi = mContesto.Testi();
         PxSrvServer* server = mContesto.Server();
-        const PxSrvServizio* stampe = server ? server->Servizio(QStringLiteral("PxSrvStampe")) : nullptr;
+        PxSrvServizio* stampe = server ? server->Servizio(QStringLiteral("PxSrvStampe")) : nullptr;
         pugi::xml_document stato;
         if (stampe)
             stampe->LeggiStato(stato);
@@ -712,16 +713,31 @@ void frmConsole::InviaPaginaDiProva(const QStringList& chiaviStampanti)
             else
                 MostraMessaggio(testi.LoadDllString(8037) + u' ' + chiave + QStringLiteral(": ") + errore);
         }
+        // Each job is waited for from before it is written, so that the service's word on it
+        // is heard however fast it comes; "delivered" is said only once the service took it.
+        std::vector<PxAttesaLavoro*> attese;
+        for (size_t i = 0; i < lavori.size(); ++i) {
+            auto* attesa = new PxAttesaLavoro(stampe, this);
+            connect(attesa, &PxAttesaLavoro::Preso, this, [this](const QString& base) { EsitoProva(8036, base); });
+            connect(attesa, &PxAttesaLavoro::Respinto, this,
+                    [this](const QString& base, const QString& motivo) { EsitoProva(8075, base, motivo); });
+            connect(attesa, &PxAttesaLavoro::Scaduto, this, [this](const QString& base) { EsitoProva(8076, base); });
+            connect(attesa, &PxAttesaLavoro::Scaduto, attesa, &QObject::deleteLater);
+            connect(attesa, &PxAttesaLavoro::Preso, attesa, &QObject::deleteLater);
+            connect(attesa, &PxAttesaLavoro::Respinto, attesa, &QObject::deleteLater);
+            attese.push_back(attesa);
+        }
         // The disk is written on a worker thread; the answer comes back here.
         auto* osservatore = new QFutureWatcher<std::vector<modLavoro::Esito>>(this);
-        connect(osservatore, &QFutureWatcherBase::finished, this, [this, osservatore] {
+        connect(osservatore, &QFutureWatcherBase::finished, this, [this, osservatore, attese] {
             const PxConsoleResDll& t = mContesto.Testi();
-            for (const modLavoro::Esito& e : osservatore->result()) {
+            const std::vector<modLavoro::Esito> esiti = osservatore->result();
+            for (size_t i = 0; i < esiti.size() && i < attese.size(); ++i) {
+                const modLavoro::Esito& e = esiti[i];
                 if (e.Riuscito) {
-                    const QString testo = t.LoadDllString(8036) + u' ' + QFileInfo(e.Base).fileName();
-                    statusBar()->showMessage(testo, 10000);
-                    modTraccia::Scrivi(1, testo);
+                    attese[i]->Attendi(e.Base, frmInvioProva::AttesaPredefinita);
                 } else {
+                    attese[i]->deleteLater();
                     MostraMessaggio(t.LoadDllString(8037) + u' ' + e.Errore);
                 }
             }
@@ -800,13 +816,21 @@ void frmConsole::MostraProva(frmInvioProva* modulo)
 {
     modTraccia::Proteggi("MostraProva", [&] {
         modulo->setAttribute(Qt::WA_DeleteOnClose);
-        connect(modulo, &frmInvioProva::Consegnato, this, [this](const QString& base) {
-            const QString testo = mContesto.Testi().LoadDllString(8036) + u' ' + QFileInfo(base).fileName();
-            statusBar()->showMessage(testo, 10000);
-            modTraccia::Scrivi(1, testo);
-        });
+        connect(modulo, &frmInvioProva::Consegnato, this, [this](const QString& base) { EsitoProva(8036, base); });
+        connect(modulo, &frmInvioProva::Respinto, this,
+                [this](const QString& base, const QString& motivo) { EsitoProva(8075, base, motivo); });
+        connect(modulo, &frmInvioProva::NonPreso, this, [this](const QString& base) { EsitoProva(8076, base); });
         modulo->open();
     });
+}
+
+void frmConsole::EsitoProva(qint32 testo, const QString& base, const QString& motivo)
+{
+    QString riga = mContesto.Testi().LoadDllString(testo) + u' ' + QFileInfo(base).fileName();
+    if (!motivo.isEmpty())
+        riga += QStringLiteral(": ") + motivo;
+    statusBar()->showMessage(riga, 15000);
+    modTraccia::Scrivi(1, riga);
 }
 
 void frmConsole::MostraMessaggio(const QString& testo)
@@ -881,7 +905,7 @@ void frmConsole::Fotografa()
     };
     auto passi = std::make_shared<std::vector<Passo>>(std::vector<Passo>{
         // The fax folder, grouped by stage, the first group open with a linked document shown.
-        {0, [=, this] { vai(212); }},
+        {0, [vai] { vai(212); }},
         {1500, [this] {
              // The groups show the stages' colours; open are a rejected stage (red) and the smallest
              // stage with a document that has a linked document, opened too.

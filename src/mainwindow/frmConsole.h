@@ -105,6 +105,9 @@ private:
     // The test form of a format or signature, preset with it.
     void ApriProvaOggetto(qint32 id, const QString& catalogo, const QString& chiave);
     void MostraProva(frmInvioProva* modulo);
+    // What became of a test job (text 8036 taken, 8075 set aside, 8076 not yet taken), in the
+    // status bar and the log.
+    void EsitoProva(qint32 testo, const QString& base, const QString& motivo = {});
     void PreparaMenuRaggruppa();
     // The context menus, at `dove` (global); the tree's is for `nodo`, made the node on display.
     void MenuContestoElenco(const QPoint& dove);

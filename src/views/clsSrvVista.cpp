@@ -81,6 +81,13 @@ clsSrvVista::clsSrvVista(PxAmbienteVista& ambiente, QString chiave, QString vers
     QHeaderView* testata = lista.header();
     connect(testata, &QHeaderView::sectionMoved, this, presa);
     connect(testata, &QHeaderView::sectionResized, this, presa);
+    // A column the operator sized is his; the others, fitted once, grow with their content
+    // (an activity's text gets longer than the first one was), never shrink under his eyes.
+    connect(testata, &QHeaderView::sectionResized, this, [this](int colonna) {
+        if (!mAdatto && !mInRiempimento)
+            mColonneDellOperatore.insert(colonna);
+    });
+    connect(&modello, &QAbstractItemModel::dataChanged, this, &clsSrvVista::Allarga);
     connect(testata, &QHeaderView::sortIndicatorChanged, this, presa);
     connect(&lista, &QTreeView::activated, this, [this](const QModelIndex& i) {
         if (i.data(PxModelloContenuto::RuoloRiga).toInt() >= 0)
@@ -287,8 +294,31 @@ void clsSrvVista::AdattaColonne()
             larghezza = std::max(larghezza, metrica.horizontalAdvance(i.siblingAtColumn(k).data().toString()) + margine);
         if (k == 0) // the document's icon and the tree's indentation (group, linked documents)
             larghezza += lista.indentation() * (modello.ColonnaRaggruppamento() >= 0 ? 2 : 1) + icona + 4;
-        lista.header()->resizeSection(k, std::min(larghezza, 480));
+        const bool adatto = std::exchange(mAdatto, true);
+        lista.header()->resizeSection(k, std::min(larghezza, LarghezzaMassima));
+        mAdatto = adatto;
     }
+    mCresci = true;
+}
+
+void clsSrvVista::Allarga(const QModelIndex& da, const QModelIndex& a)
+{
+    QTreeView& lista = mAmbiente.Lista;
+    if (!mCresci || mInRiempimento || !da.isValid() || da.parent() != a.parent())
+        return;
+    const QFontMetrics metrica(lista.font());
+    const int margine = 2 * lista.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &lista) + 12;
+    for (int r = da.row(); r <= a.row() && r < da.row() + 64; ++r)
+        for (int k = std::max(1, da.column()); k <= a.column(); ++k) {
+            if (lista.isColumnHidden(k) || mColonneDellOperatore.contains(k))
+                continue;
+            const int serve = std::min(LarghezzaMassima, metrica.horizontalAdvance(da.sibling(r, k).data().toString()) + margine);
+            if (serve > lista.header()->sectionSize(k)) {
+                const bool adatto = std::exchange(mAdatto, true);
+                lista.header()->resizeSection(k, serve);
+                mAdatto = adatto;
+            }
+        }
 }
 
 void clsSrvVista::SegnaGruppi()

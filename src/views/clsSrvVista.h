@@ -143,6 +143,9 @@ protected:
     // their groups open and the list scrolls to them.
     void Segui(const QStringList& chiavi);
     void MostraSeguiti();
+    // A fitted column that a changed row no longer fits grows to it.
+    void Allarga(const QModelIndex& da, const QModelIndex& a);
+    static constexpr int LarghezzaMassima = 480;
 
     PxAmbienteVista& mAmbiente;
     PxContesto& mContesto;
@@ -168,5 +171,8 @@ private:
     QPersistentModelIndex mCima, mCimaDopo;
     int mCimaY = 0;
     bool mCambioInCorso = false;
+    bool mAdatto = false;  // the columns are being fitted by us
+    bool mCresci = false;  // fitted: columns grow with their content
+    QSet<int> mColonneDellOperatore;
     QTimer* mTimerLayout;
 };

@@ -357,6 +357,14 @@ TEST_F(Vista, AServiceGroupShowsItsWorkersAndFollowsTheirState)
         mVista->AggiornaSrv(u"PxSrvTifVm"_s);
         return mModello.Testo(mModello.Riga(u"SrvTifVm"_s), 2) != prima;
     }));
+    // Fitted at the first listing, a column grows when a row's new text no longer fits it,
+    // but one the operator sized stays as he left it.
+    const QString lunga = u"Conversione in tiff del documento FAX-000123, pagina 3 di 12"_s;
+    mVista->Avanzamento(u"PxSrvTifVm"_s, lunga, 3, 12);
+    EXPECT_GE(mLista.header()->sectionSize(3), mLista.fontMetrics().horizontalAdvance(lunga));
+    mLista.header()->resizeSection(3, 60);
+    mVista->Avanzamento(u"PxSrvTifVm"_s, lunga + u" (ripresa)"_s, 3, 12);
+    EXPECT_EQ(mLista.header()->sectionSize(3), 60);
     mVista->Avanzamento(u"PxSrvTifVm"_s, u"Conversione in tiff"_s, 3, 12);
     const QModelIndex avanzamento = mModello.Indice(mModello.Riga(u"SrvTifVm"_s), 4);
     EXPECT_EQ(avanzamento.data(PxModelloContenuto::RuoloAvanzamento).toInt(), 25);
