@@ -604,16 +604,17 @@ QString frmConsole::NomeLog(const QString& file) const
     const PxSrvServer* server = mContesto.Server();
     if (!server)
         return {};
-    const QFileInfo cercato(file);
+    // By path, not by QFileInfo's equality, which holds for two files that do not exist yet.
+    const QString cercato = QDir::cleanPath(QFileInfo(file).absoluteFilePath());
     for (const modAlberoServer::Nodo& n : modAlberoServer::Nodi()) {
-        if (n.Tipo != modAlberoServer::Genere::Servizio)
+        if (n.Tipo != modAlberoServer::Genere::Servizio && n.Tipo != modAlberoServer::Genere::Cartella)
             continue;
         const PxSrvServizio* s = server->Servizio(QString::fromLatin1(n.Oggetto));
         pugi::xml_document stato;
         if (!s || !s->LeggiStato(stato))
             continue;
         const QString scritto = QString::fromUtf8(stato.document_element().child_value("FileLog")).trimmed();
-        if (scritto.isEmpty() || QFileInfo(server->PercorsoLocale(scritto)) != cercato)
+        if (scritto.isEmpty() || QDir::cleanPath(QFileInfo(server->PercorsoLocale(scritto)).absoluteFilePath()) != cercato)
             continue;
         const QTreeWidgetItem* nodo = mPosizione->Nodo(QString::fromLatin1(n.Chiave));
         return nodo ? nodo->text(0) : mContesto.Testi().LoadDllString(n.Testo);

@@ -281,6 +281,12 @@ TEST_F(Cornice, TheLogPanesTitleNamesTheLogItShows)
     const QString altro = mConsole->Posizione()->Nodo(u"SrvTifVm"_s)->text(0);
     Vai(u"SrvTifVm"_s);
     EXPECT_TRUE(Attendi([&] { return log->windowTitle().contains(altro); })) << qPrintable(log->windowTitle());
+    // A folder's own log is named after the folder, not after the first service whose log
+    // file does not exist yet either.
+    const QString cartella = mConsole->Posizione()->Nodo(u"SrvDocFax"_s)->text(0);
+    Vai(u"SrvDocFax"_s);
+    EXPECT_TRUE(Attendi([&] { return log->windowTitle().contains(cartella); })) << qPrintable(log->windowTitle());
+    EXPECT_FALSE(log->windowTitle().contains(mConsole->Posizione()->Nodo(u"SrvFormati"_s)->text(0)));
 }
 
 TEST_F(Cornice, TheDocksComeBackWithTheSizesTheOperatorGaveThem)
