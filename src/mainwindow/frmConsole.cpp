@@ -50,6 +50,7 @@
 #include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
+#include <QScrollBar>
 #include <QTreeView>
 #include <QTreeWidget>
 
@@ -108,8 +109,13 @@ frmConsole::frmConsole(PxContesto& contesto, QWidget* parent)
     mxrpContenuto->setSelectionBehavior(QAbstractItemView::SelectRows);
     mxrpContenuto->setAllColumnsShowFocus(true);
     mxrpContenuto->setAlternatingRowColors(opzioni.AlternateRow);
-    mxrpContenuto->setHorizontalScrollMode(opzioni.FullColumnScrolling ? QAbstractItemView::ScrollPerItem
-                                                                       : QAbstractItemView::ScrollPerPixel);
+    // A tree scrolled by whole columns keeps its bar's range in columns but its header in
+    // pixels: the thumb stays at the left with the list scrolled to its last column, and group
+    // rows go blank. So the list scrolls by pixels, a column's width at each step when the
+    // operator asked for whole columns.
+    mxrpContenuto->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    if (opzioni.FullColumnScrolling)
+        mxrpContenuto->horizontalScrollBar()->setSingleStep(120);
     mxrpContenuto->header()->setSectionsMovable(true);
     mxrpContenuto->header()->setStretchLastSection(opzioni.AutoColumnSizing);
     if (opzioni.ShowProgressBar)

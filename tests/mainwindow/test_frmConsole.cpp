@@ -26,6 +26,8 @@
 #include <QPushButton>
 #include <QTest>
 #include <QToolBar>
+#include <QHeaderView>
+#include <QScrollBar>
 #include <QTreeView>
 #include <QTreeWidget>
 
@@ -267,6 +269,29 @@ TEST_F(Cornice, NoVisibleToolBarIsEmptyAndTheListStaysPutFromNodeToNode)
     QApplication::processEvents();
     EXPECT_EQ(vuote(), QStringList());
     EXPECT_EQ(mConsole->Contenuto()->mapTo(mConsole.get(), QPoint(0, 0)).y(), alto);
+}
+
+// Scrolled to its last column, the bar's thumb is at the right and the columns shown are the
+// ones the bar says; another node starts at its first column.
+TEST_F(Cornice, TheHorizontalBarFollowsTheColumnsAndDoesNotCarryOver)
+{
+    mConsole->resize(700, 600);
+    Vai(u"SrvDocFax"_s);
+    QTreeView* lista = mConsole->Contenuto();
+    ASSERT_TRUE(Attendi([&] { return mConsole->Modello()->NumeroRighe() > 0; }));
+    QApplication::processEvents();
+    QScrollBar* barra = lista->horizontalScrollBar();
+    ASSERT_GT(barra->maximum(), 0);
+    barra->triggerAction(QAbstractSlider::SliderToMaximum);
+    QApplication::processEvents();
+    EXPECT_EQ(barra->value(), barra->maximum());
+    EXPECT_EQ(lista->header()->offset(), barra->value()) << "the header shows what the bar says";
+    const int ultima = lista->header()->logicalIndexAt(lista->header()->width() - 2);
+    EXPECT_EQ(lista->header()->visualIndex(ultima), lista->header()->count() - 1) << "the last column is in sight";
+    Vai(u"SrvFax"_s);
+    QApplication::processEvents();
+    EXPECT_EQ(barra->value(), 0);
+    EXPECT_EQ(lista->header()->offset(), 0);
 }
 
 TEST_F(Cornice, TheLogPanesTitleNamesTheLogItShows)
