@@ -265,30 +265,32 @@ struct Stampante
 };
 
 // One printer of every model code, on every kind of port, some shared, one unusable,
-// one stopped, and one whose Windows name holds ':' (as network printers' names can).
+// one stopped, and one whose Windows name holds ':' (as network printers' names can). The
+// label printers carry the codes of their languages (1 Datamax DPL, 2 Zebra ZPL II, 8 Zebra
+// EPL2, 10 Toshiba TEC), so that each one's test page is in its own language.
 constexpr Stampante Stampanti[] = {
     {0, "Generica", "Generica testo", "Generic / Text Only", "LPT1:", 64, true, "", 4, false, false, false, {0, 0, 0, 0}},
-    {1, "Getto d'inchiostro", "Ufficio colori", "HP OfficeJet Pro 9020", "IP_192.168.10.21", 64, true, "192.168.10.21", 4,
+    {5, "Getto d'inchiostro", "Ufficio colori", "HP OfficeJet Pro 9020", "IP_192.168.10.21", 64, true, "192.168.10.21", 4,
      true, true, false, {3, 3, 3, 3}},
-    {2, "Etichette Datamax", "Etichette magazzino", "Datamax-O'Neil E-4205", "FILE:", 72, true, "", 4, false, false, false,
+    {1, "Etichette Datamax", "Etichette magazzino", "Datamax-O'Neil E-4205", "FILE:", 72, true, "", 4, false, false, false,
      {1, 1, 1, 1}},
     {3, "Laser", "Laser amministrazione", "Kyocera ECOSYS P3145dn", "\\\\srvstampa\\laser-amm", 16, true, "", 4, true,
      false, false, {4, 4, 4, 4}},
     {4, "Laser PCL", "Laser produzione", "HP LaserJet M507", "IP_192.168.10.34", 88, true, "192.168.10.34", 4, true, false,
      false, {4, 4, 4, 4}},
-    {5, "PostScript", "PostScript grafica", "Xerox VersaLink C7000", "IP_192.168.10.40", 64, true, "", 3, true, true, true,
+    {13, "PostScript", "PostScript grafica", "Xerox VersaLink C7000", "IP_192.168.10.40", 64, true, "", 3, true, true, true,
      {4, 4, 4, 4}},
     {6, "Pdf", "Pdf archivio", "Pelorix PDF", "PORTPROMPT:", 8, false, "", 4, false, true, false, {0, 0, 0, 0}},
     {7, "Aghi", "Aghi bolle", "Epson LQ-690", "LPT2:", 64, true, "", 4, false, false, false, {2, 3, 3, 2}},
-    {8, "Etichette Zebra ZPL", "Zebra spedizioni", "ZDesigner ZT410-203dpi ZPL", "USB001", 64, true, "", 4, false, false,
+    {2, "Etichette Zebra ZPL", "Zebra spedizioni", "ZDesigner ZT410-203dpi ZPL", "USB001", 64, true, "", 4, false, false,
      false, {1, 1, 1, 1}},
     {9, "Pdf firmato", "Pdf firmati", "Pelorix PDF", "FILE:", 0, true, "", 4, false, true, false, {0, 0, 0, 0}},
-    {10, "Etichette Zebra EPL", "Zebra banco", "ZDesigner GK420d EPL", "\\\\srvstampa\\zebra-banco", 24, true, "", 4, false,
+    {8, "Etichette Zebra EPL", "Zebra banco", "ZDesigner GK420d EPL", "\\\\srvstampa\\zebra-banco", 24, true, "", 4, false,
      false, false, {1, 1, 1, 1}},
     {11, "Plotter", "Plotter ufficio tecnico", "HP DesignJet T650", "IP_192.168.10.60", 16, true, "", 2, false, true, false,
      {5, 5, 5, 17}},
     {12, "Pdf pubblicazione", "Pdf pubblicazione", "Pelorix PDF", "FILE:", 8, true, "", 4, false, true, false, {0, 0, 0, 0}},
-    {8, "Etichette Toshiba TEC", "\\\\srvstampa\\TEC:B-EX4", "TOSHIBA B-EX4T1", "\\\\srvstampa\\tec", 16, true, "", 4, false,
+    {10, "Etichette Toshiba TEC", "\\\\srvstampa\\TEC:B-EX4", "TOSHIBA B-EX4T1", "\\\\srvstampa\\tec", 16, true, "", 4, false,
      false, false, {1, 1, 1, 1}},
 };
 

@@ -89,6 +89,13 @@ TEST_F(Server, DemoPrintersCoverEveryModelAndTheirIconsCompute)
         modelli << p.select_node("Modello/Codice").node().text().as_int(-1);
         duePunti |= QString::fromUtf8(p.child_value("NomeStampanteWindows")).contains(u':');
         EXPECT_NO_THROW(icone.IconaSrvStampanteXml(p));
+        // A label printer's code is its language's, so its test page is written in it.
+        const QString driver = QString::fromUtf8(p.select_node("InfoStampante/DriverName").node().child_value()).toUpper();
+        const int codice = p.select_node("Modello/Codice").node().text().as_int(-1);
+        for (const auto& [marca, atteso] : {std::pair{"DATAMAX", 1}, {"ZPL", 2}, {"EPL", 8}, {"TOSHIBA", 10}})
+            if (driver.contains(QLatin1StringView(marca))) {
+                EXPECT_EQ(codice, atteso) << qPrintable(driver);
+            }
     }
     for (int m = 0; m <= 12; ++m)
         EXPECT_TRUE(modelli.contains(m)) << "no printer of model " << m;
