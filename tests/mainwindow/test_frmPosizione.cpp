@@ -275,7 +275,7 @@ TEST_F(Albero, BuildsOneNodePerServiceFolderAndEntryAndTellsTheOpeningWindowEach
     const QString stampante3 = frmPosizione::ChiaveVoce("SrvStampante", QStringLiteral("3"));
     EXPECT_EQ(Testo(stampante3), QStringLiteral("3) Etichette magazzino"));
     EXPECT_EQ(Padre(stampante3), QStringLiteral("Stampe"));
-    EXPECT_EQ(mPosizione->IconaNodo(stampante3), 1413);
+    EXPECT_EQ(mPosizione->IconaNodo(stampante3), 1313) << "a Datamax (model 1) label printer, running";
     EXPECT_EQ(Testo(QStringLiteral("SrvEmlPdfVm")), QStringLiteral("Pelorix PDF Email")) << "PDF workers show their printer's name";
     EXPECT_EQ(Testo(QStringLiteral("SrvFtpSrv")), QStringLiteral("Ftp server (0.0.0.0:21)"));
     const QString utente = frmPosizione::ChiaveVoce("SrvUtente", QStringLiteral("U-0001"));
