@@ -134,6 +134,13 @@ void PxSrvConsole::Inizializza()
     modTraccia::ImpostaLog(&mLog);
     mContesto.mServer = mServer;
     connect(mServer, &PxSrvServer::Interrotto, this, &PxSrvConsole::SrvServer_Interrotto);
+    // A server that stops for good ends its consoles the way the host's Arresta does.
+    connect(mServer, &PxSrvServer::StatoCambiato, this, [this](qint32 codice) {
+        if (codice == modContratto::ServerInArresto) {
+            mLog.Scrivi(modRigaLog::LivelloInformazione, QStringLiteral("SrvServer_StatoCambiato> il server si arresta"));
+            RichiediArresto();
+        }
+    });
 
     mobjSrvBkgConsoleEventi = mServer->BkgConsole();
     if (mobjSrvBkgConsoleEventi) {

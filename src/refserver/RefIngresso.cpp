@@ -56,6 +56,14 @@ void RefIngresso::Avvia(int millisecondi)
         mTimer.start(millisecondi);
 }
 
+void RefIngresso::Ferma()
+{
+    if (!mOsservatore.directories().isEmpty())
+        mOsservatore.removePaths(mOsservatore.directories());
+    mTimer.stop();
+    mRitardo.stop();
+}
+
 int RefIngresso::Scansiona()
 {
     int presi = 0;

@@ -31,6 +31,8 @@ public:
 
     // Watches the folder (and looks again every `millisecondi` in case a change went unseen).
     void Avvia(int millisecondi);
+    // Stops watching: jobs dropped from now on wait in the folder for the next start.
+    void Ferma();
 
 public slots:
     // Takes every complete job in the folder now; returns how many became documents.

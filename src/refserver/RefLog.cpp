@@ -2,12 +2,27 @@
 
 #include "PxRigaLog.h"
 
+#include <QFileInfo>
 #include <QTime>
+
+namespace {
+
+RefLog::Eco& EcoGlobale()
+{
+    static RefLog::Eco eco;
+    return eco;
+}
+
+} // namespace
 
 RefLog::RefLog(QString percorso) : mPercorso(std::move(percorso)), mFile(mPercorso) {}
 
+void RefLog::ImpostaEco(Eco eco) { EcoGlobale() = std::move(eco); }
+
 bool RefLog::Scrivi(int livello, const QString& testo)
 {
+    if (const Eco& eco = EcoGlobale())
+        eco(QFileInfo(mPercorso).completeBaseName(), livello, testo);
     if (!mFile.isOpen() && !mFile.open(QIODevice::WriteOnly | QIODevice::Append))
         return Fallito(mFile.errorString());
     const QByteArray riga = modRigaLog::Formatta(livello, QTime::currentTime(), testo);

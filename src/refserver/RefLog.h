@@ -22,6 +22,12 @@ public:
     // The next failure is reported again (the error it set was cleared).
     void Riarma() { mGuasto = false; }
 
+    // Every line of every log of this process, also handed to `eco` (the file's base name,
+    // the level, the text), from the writing thread: the server program copies them to its
+    // standard error, for the service manager's journal. Set before any log writes.
+    using Eco = std::function<void(const QString& log, int livello, const QString& testo)>;
+    static void ImpostaEco(Eco eco);
+
 private:
     bool Fallito(const QString& motivo);
 

@@ -5,6 +5,8 @@
 #include <QObject>
 #include <QUrl>
 
+#include <functional>
+
 class QThread;
 
 // Hosts a reference server on a thread of its own: the server is made here (no disk), moved
@@ -25,9 +27,14 @@ public:
     // The published object of `nome`; safe from any thread.
     QObject* Oggetto(const QString& nome) const;
     QString Cartella() const;
-    // Publishes every object of the server at `indirizzo` ("local:name", "tcp://host:port")
-    // once it has loaded, from the server's thread.
-    void PubblicaRemoto(const QUrl& indirizzo);
+    // Publishes the server at `indirizzo` ("local:name" or "local:/path", "tcp://host:port")
+    // from its thread: the root, the worker and the sampler at once, the rest once loaded.
+    // Called before Avvia, the server listens before it starts loading. `esito` runs on this
+    // object's thread with "" once it listens, or the reason it cannot.
+    void PubblicaRemoto(const QUrl& indirizzo, std::function<void(const QString& errore)> esito = {});
+    // Tells the consoles that the server stops and stops its work; returns once the notice
+    // has been sent. Destroying the host then ends the server.
+    void AnnunciaArresto();
 
 private:
     RefServer* mServer;

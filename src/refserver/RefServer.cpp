@@ -190,6 +190,19 @@ void RefServer::Carica()
         RichiediDescrizione(richiesta);
 }
 
+void RefServer::AnnunciaArresto()
+{
+    if (mStato == StatoInArresto)
+        return;
+    mLog.Scrivi(modRigaLog::LivelloInformazione, u"Arresto richiesto: nessun nuovo lavoro"_s);
+    if (mLavoratori)
+        mLavoratori->ImpostaIntervallo(0);
+    for (RefIngresso* ingresso : std::as_const(mIngressi))
+        ingresso->Ferma();
+    mStato = StatoInArresto;
+    emit CambioStatoServer(mStato);
+}
+
 const RefServer::Elenco RefServer::Utenti{"PxSrvAnteprime", "Utenti", "Utente", "KeyUtente",
                                           &RefServer::UtenteConnesso, &RefServer::UtenteDisconnesso};
 const RefServer::Elenco RefServer::Stampanti{"PxSrvStampe", "Stampanti", "Stampante", "Chiave",

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "DatiDocumento.h"
+#include "PxContratto.h"
 #include "RefLog.h"
 
 #include <QHash>
@@ -94,6 +95,11 @@ public:
     bool ConnettiFtpCliente(const QString& nodoXml);
     bool DisconnettiFtpCliente(const QString& chiave);
 
+    // The server's run state: running, and going away (its consoles then end as they end
+    // when told to stop).
+    static constexpr qint32 StatoInFunzione = modContratto::ServerInFunzione;
+    static constexpr qint32 StatoInArresto = modContratto::ServerInArresto;
+
     static QString CartellaServizi(const QString& server);
     static QString CartellaLog(const QString& server);
 
@@ -105,6 +111,9 @@ public slots:
     // <Server Stato="4"><Servizio Chiave="PxSrvFax">state XML, as text</Servizio>...
     // <Cartella Chiave="PxSrvDocFax" Servizio="PxSrvFax"/>...<Catalogo Chiave="PxSrvFormati"/></Server>
     void RichiediDescrizione(quint64 richiesta);
+    // Tells every console that the server is stopping (Stato StatoInArresto), and stops the
+    // workers and input folders taking new work; the owner then destroys the server.
+    void AnnunciaArresto();
 
 signals:
     void Caricamento(qint32 fatti, qint32 totale, const QString& testo);
@@ -133,7 +142,7 @@ private:
     QString mCartella;
     QString mIdentificativo;
     RefLog mLog;
-    qint32 mStato = 4;
+    qint32 mStato = StatoInFunzione;
     bool mCaricato = false;
     QList<quint64> mDescrizioniAttese;
     QHash<QString, RefServizio*> mServizi;

@@ -6,9 +6,9 @@ class RefServer;
 // The reference server published through Qt Remote Objects.
 namespace modRemoto {
 
-// Enables remoting of every object `server` publishes, each under its contract name, on
-// `host` (which lives on the server's thread). Call once the server has loaded. Returns how
-// many objects were published.
+// Enables remoting of every object `server` publishes that `host` does not publish yet, each
+// under its contract name (`host` lives on the server's thread). Called at the start and again
+// once the server has loaded. Returns how many objects were added.
 int Pubblica(QRemoteObjectHostBase& host, const RefServer& server);
 
 } // namespace modRemoto

@@ -23,6 +23,11 @@ enum Esito : qint32 {
     NonDisponibile = 4, // the connection is not there (yet, or any more)
 };
 
+// The root's run state (property Stato, notice CambioStatoServer): running, and stopping for
+// good, which ends the consoles attached as the host's Arresta would.
+inline constexpr qint32 ServerInFunzione = 4;
+inline constexpr qint32 ServerInArresto = 5;
+
 // The root object ("PxSrvServer"), the background console worker and the load sampler.
 inline constexpr const char* NomeServer = "PxSrvServer";
 inline constexpr const char* NomeBkgConsole = "PxSrvBkgConsole";

@@ -1,12 +1,13 @@
 // plxsrvconsole: plays the host's part. It opens the server, creates the engine, hands it
 // the server and its events, the GUI and log folders, and drives it through its life.
 
-#include "PxCollegamento.h"
+#include "PxCollegamentoRemoto.h"
 #include "PxErrore.h"
 #include "PxSegnaliArresto.h"
 #include "PxSrvConsole.h"
 #include "PxSrvServer.h"
-#include "RefOspite.h"
+#include "PxServerFiglio.h"
+#include "RefServer.h"
 #include "PxConsoleResDll.h"
 #include "frmConsole.h"
 #include "modContenuto.h"
@@ -16,8 +17,11 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QMessageBox>
 #include <QStandardPaths>
+#include <QTimer>
+#include <QUrl>
 
 #include <pugixml.hpp>
 
@@ -86,8 +90,13 @@ struct RigaComando
 {
     QCommandLineParser Parser;
     QCommandLineOption Server{{QStringLiteral("s"), QStringLiteral("server-folder")},
-                              QStringLiteral("Server folder to run against (default: a demo folder, created on first use)."),
+                              QStringLiteral("Server folder whose server to attach to; one is started for it when none "
+                                             "serves it, and stopped with the console (default: a demo folder, created on "
+                                             "first use)."),
                               QStringLiteral("folder")};
+    QCommandLineOption Indirizzo{QStringLiteral("server"),
+                                 QStringLiteral("Address of a running server to attach to (local:/path/to.sock)."),
+                                 QStringLiteral("address")};
     QCommandLineOption Log{{QStringLiteral("l"), QStringLiteral("log-folder")},
                            QStringLiteral("Folder of the console log (default: the server's Log folder)."), QStringLiteral("folder")};
     QCommandLineOption Gui{{QStringLiteral("g"), QStringLiteral("gui-folder")},
@@ -110,7 +119,7 @@ struct RigaComando
     RigaComando()
     {
         Parser.setApplicationDescription(QStringLiteral("Operator's console of the Pelorix document-dispatch server."));
-        Parser.addOptions({Server, Log, Gui, Demo, Documenti, Fotografie, Prova});
+        Parser.addOptions({Server, Indirizzo, Log, Gui, Demo, Documenti, Fotografie, Prova});
         // "-platform xcb" and the other options of Qt's own read as one word each.
         Parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     }
@@ -189,30 +198,55 @@ int main(int argc, char* argv[])
         return StampaPaginaDiProva(opzioni.value(server), opzioni.value(prova));
     }
 
-    const QString cartellaServer = opzioni.isSet(server) ? opzioni.value(server) : CartellaDemo();
-    if (!opzioni.isSet(server) && !modDemo::EServer(cartellaServer)) {
-        if (const QString errore = modDemo::CreaServerDemo(cartellaServer); !errore.isEmpty()) {
-            Errore(errore);
+    // The server lives in a process of its own: the one serving the folder, or one started
+    // here for it, which ends with the console.
+    PxServerFiglio figlio;
+    QString indirizzo = opzioni.value(riga.Indirizzo);
+    if (indirizzo.isEmpty()) {
+        const QString cartellaServer = opzioni.isSet(server) ? opzioni.value(server) : CartellaDemo();
+        if (!opzioni.isSet(server) && !modDemo::EServer(cartellaServer)) {
+            if (const QString errore = modDemo::CreaServerDemo(cartellaServer); !errore.isEmpty()) {
+                Errore(errore);
+                return 1;
+            }
+        }
+        if (!QFileInfo(cartellaServer).isDir()) {
+            Errore(QStringLiteral("Server folder not found: %1").arg(cartellaServer));
+            return 1;
+        }
+        indirizzo = figlio.Trova(cartellaServer, true);
+        if (indirizzo.isEmpty()) {
+            Errore(figlio.Errore());
             return 1;
         }
     }
-    if (!QFileInfo(cartellaServer).isDir()) {
-        Errore(QStringLiteral("Server folder not found: %1").arg(cartellaServer));
-        return 1;
-    }
-
-    // The embedded server runs on its own thread; the console reaches it by name only.
-    RefOspite ospite(cartellaServer);
-    PxCollegamentoDiretto collegamento([&ospite](const QString& nome) { return ospite.Oggetto(nome); });
+    PxCollegamentoRemoto collegamento{QUrl(indirizzo)};
     PxSrvServer srv(&collegamento);
-    srv.Connetti(); // the root is there at once: folder and text are known, loading goes on
-    ospite.Avvia();
+    // The root's folder and text come first: the log folder depends on them.
+    {
+        QEventLoop attesa;
+        QObject::connect(&srv, &PxSrvServer::Collegato, &attesa, &QEventLoop::quit);
+        QObject::connect(&srv, &PxSrvServer::Interrotto, &attesa, &QEventLoop::quit);
+        QTimer::singleShot(15000, &attesa, &QEventLoop::quit);
+        srv.Connetti();
+        if (srv.Cartella().isEmpty())
+            attesa.exec();
+        if (srv.Cartella().isEmpty()) {
+            Errore(QStringLiteral("The server at %1 does not answer%2")
+                       .arg(indirizzo, srv.Interruzione().isEmpty() ? QString() : QStringLiteral(": ") + srv.Interruzione()));
+            return 3;
+        }
+    }
 
     PxSrvConsole engine;
     engine.SetSrvServer(&srv);
     engine.SetServerEventi(srv.Eventi());
     engine.SetPercorsoGui(opzioni.isSet(gui) ? opzioni.value(gui) : QCoreApplication::applicationDirPath());
-    engine.SetPercorsoLog(opzioni.isSet(log) ? opzioni.value(log) : RefServer::CartellaLog(srv.Cartella()));
+    // The console's log goes beside the server's when they share the disk.
+    const QString logLocale = srv.FileLocali()
+        ? RefServer::CartellaLog(srv.Cartella())
+        : QDir(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation)).filePath(QStringLiteral("Log"));
+    engine.SetPercorsoLog(opzioni.isSet(log) ? opzioni.value(log) : logLocale);
     const QString cartellaFotografie = opzioni.value(fotografie);
     engine.SetFabbricaConsole([cartellaFotografie](PxContesto& contesto) {
         auto console = std::make_unique<frmConsole>(contesto);

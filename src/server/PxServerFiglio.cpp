@@ -1,0 +1,95 @@
+#include "PxServerFiglio.h"
+
+#include "PxBloccoCartella.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QStandardPaths>
+#include <QTimer>
+
+#include <csignal>
+#include <sys/prctl.h>
+
+PxServerFiglio::PxServerFiglio(QObject* parent) : QObject(parent)
+{
+    // The child's log goes where ours goes; its end is ours to decide, or the system's.
+    mProcesso.setProcessChannelMode(QProcess::ForwardedChannels);
+    mProcesso.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
+}
+
+PxServerFiglio::~PxServerFiglio()
+{
+    if (mProcesso.state() == QProcess::NotRunning)
+        return;
+    mProcesso.terminate();
+    // A large folder takes a while to sync; a server that never ends is killed.
+    if (!mProcesso.waitForFinished(60000)) {
+        mProcesso.kill();
+        mProcesso.waitForFinished(5000);
+    }
+}
+
+QString PxServerFiglio::Programma()
+{
+    const QString accanto = QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("plxsrvd"));
+    if (QFileInfo(accanto).isExecutable())
+        return accanto;
+    QString trovato = QStandardPaths::findExecutable(QStringLiteral("plxsrvd"));
+    if (trovato.isEmpty())
+        trovato = QStandardPaths::findExecutable(QStringLiteral("plxsrvd"), {QStringLiteral("/usr/sbin"), QStringLiteral("/usr/local/sbin")});
+    return trovato;
+}
+
+QString PxServerFiglio::Preferito(const QStringList& indirizzi)
+{
+    for (const QString& i : indirizzi)
+        if (i.startsWith(u"local:"))
+            return i;
+    return indirizzi.value(0);
+}
+
+QString PxServerFiglio::Trova(const QString& cartella, bool avviaSeManca, int millisecondi)
+{
+    mErrore.clear();
+    QElapsedTimer tempo;
+    tempo.start();
+    QEventLoop attesa;
+    QTimer passo;
+    passo.setInterval(50);
+    connect(&passo, &QTimer::timeout, &attesa, &QEventLoop::quit);
+    passo.start();
+    bool avviato = false;
+    while (true) {
+        const PxBloccoCartella::Detentore chi = PxBloccoCartella::Leggi(cartella);
+        if (chi.Vivo && !chi.Indirizzi.isEmpty())
+            return Preferito(chi.Indirizzi);
+        if (!chi.Vivo && avviaSeManca && !avviato) {
+            // Another console may start one at the same moment: then ours refuses the folder
+            // (status 3) and the loop finds the other's address.
+            const QString programma = Programma();
+            if (programma.isEmpty()) {
+                mErrore = QStringLiteral("the server program plxsrvd was not found");
+                return {};
+            }
+            mProcesso.start(programma, {QStringLiteral("--server-folder"), cartella});
+            if (!mProcesso.waitForStarted(10000)) {
+                mErrore = QStringLiteral("%1: %2").arg(programma, mProcesso.errorString());
+                return {};
+            }
+            avviato = true;
+        } else if (!chi.Vivo && avviato && mProcesso.state() == QProcess::NotRunning && mProcesso.exitCode() != 3) {
+            mErrore = QStringLiteral("the server program ended at its start (status %1)").arg(mProcesso.exitCode());
+            return {};
+        } else if (!chi.Vivo && !avviaSeManca) {
+            mErrore = QStringLiteral("no server serves %1").arg(QDir(cartella).absolutePath());
+            return {};
+        }
+        if (tempo.elapsed() > millisecondi) {
+            mErrore = QStringLiteral("the server of %1 does not listen yet").arg(QDir(cartella).absolutePath());
+            return {};
+        }
+        attesa.exec();
+    }
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QObject>
+#include <QProcess>
+#include <QString>
+
+// The address of a server folder's server: the one serving it now, or else a server program
+// started for it as a child of this process, which stops when this object goes (and with this
+// process, should it die first).
+class PxServerFiglio : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit PxServerFiglio(QObject* parent = nullptr);
+    // Stops the child, if one was started: SIGTERM, then waits for it to sync and end.
+    ~PxServerFiglio() override;
+
+    // The address to reach the server of `cartella` by, or "" with Errore() saying why. Waits
+    // (running the event loop) at most `millisecondi` for a server that is starting to listen.
+    // With `avviaSeManca`, starts `programma` for the folder when no server serves it.
+    QString Trova(const QString& cartella, bool avviaSeManca, int millisecondi = 15000);
+
+    QString Errore() const { return mErrore; }
+    // Whether the server was started here (and is stopped here).
+    bool Avviato() const { return mProcesso.state() != QProcess::NotRunning; }
+    qint64 Pid() const { return mProcesso.processId(); }
+
+    // The server program: beside this program's own, else on the PATH (and in /usr/sbin).
+    static QString Programma();
+    // Of the addresses a server listens on, the one a client on this machine takes first.
+    static QString Preferito(const QStringList& indirizzi);
+
+private:
+    QProcess mProcesso;
+    QString mErrore;
+};

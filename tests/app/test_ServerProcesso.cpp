@@ -1,0 +1,276 @@
+// The server as its own program, and the command-line client, run as real processes: one
+// server per folder, a clean stop that tells the consoles, a death that frees the folder,
+// consoles that see each other's moves, and the client's exit statuses.
+#include "PxBloccoCartella.h"
+#include "PxCollegamentoRemoto.h"
+#include "PxServerFiglio.h"
+#include "PxSrvCartellaDocumenti.h"
+#include "PxSrvServer.h"
+#include "PxSrvServizio.h"
+#include "PxXmlCallBack.h"
+#include "modDemo.h"
+
+#include "Selezione.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QUrl>
+
+#include <pugixml.hpp>
+
+#include <csignal>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// A demo folder, and plxsrvd serving it on a socket of the test's own.
+class ServerProcesso : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(mDir.isValid());
+        ASSERT_EQ(modDemo::CreaServerDemo(Cartella(), 40), QString());
+    }
+
+    void TearDown() override
+    {
+        for (auto& p : mProcessi)
+            if (p->state() != QProcess::NotRunning) {
+                p->kill();
+                p->waitForFinished(5000);
+            }
+    }
+
+    QString Cartella() const { return mDir.filePath(u"server"_s); }
+    QString Indirizzo(const QString& nome = u"s"_s) const { return u"local:"_s + mDir.filePath(nome + u".sock"_s); }
+
+    QProcess& Avvia(const QString& programma, const QStringList& argomenti)
+    {
+        auto& p = *mProcessi.emplace_back(std::make_unique<QProcess>());
+        p.start(programma, argomenti);
+        EXPECT_TRUE(p.waitForStarted(10000));
+        return p;
+    }
+
+    // Starts a server and waits until its lock file shows it listening.
+    QProcess& AvviaServer(const QString& indirizzo)
+    {
+        QProcess& p = Avvia(QStringLiteral(PLX_SRVD), {u"--server-folder"_s, Cartella(), u"--listen"_s, indirizzo});
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !PxBloccoCartella::Leggi(Cartella()).Indirizzi.isEmpty(); }, 15000))
+            << p.readAllStandardError().constData();
+        return p;
+    }
+
+    // plxsrvctl with `argomenti`: its status, standard output and standard error.
+    struct Esito
+    {
+        int Stato = -1;
+        QString Uscita, Errori;
+    };
+    Esito Ctl(const QStringList& argomenti)
+    {
+        QProcess p;
+        p.start(QStringLiteral(PLX_SRVCTL), argomenti);
+        EXPECT_TRUE(p.waitForFinished(30000));
+        return {p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1, QString::fromUtf8(p.readAllStandardOutput()),
+                QString::fromUtf8(p.readAllStandardError())};
+    }
+
+    QTemporaryDir mDir;
+    std::vector<std::unique_ptr<QProcess>> mProcessi;
+};
+
+// A console's side of the server, attached by address and loaded.
+struct Console
+{
+    explicit Console(const QString& indirizzo) : Collegamento(QUrl(indirizzo)), Server(&Collegamento) { Server.Connetti(); }
+    bool Pronta() { return QTest::qWaitFor([&] { return Server.Caricato(); }, 15000); }
+
+    PxCollegamentoRemoto Collegamento;
+    PxSrvServer Server;
+};
+
+// The ids of queue `coda` in a folder's listing.
+QStringList Coda(PxSrvCartellaDocumenti& cartella, int coda)
+{
+    PxXmlCallBack callback;
+    QSignalSpy elenco(&callback, &PxXmlCallBack::XmlCallBack);
+    cartella.Elenca(&callback);
+    if (!elenco.wait(10000))
+        return {};
+    const QByteArray xml = elenco[0][0].toByteArray();
+    pugi::xml_document doc;
+    doc.load_buffer(xml.constData(), static_cast<size_t>(xml.size()));
+    QStringList id;
+    for (const pugi::xml_node d : doc.document_element().child(("Coda_" + std::to_string(coda)).c_str()).children("D"))
+        id << QString::fromUtf8(d.child("F").child_value());
+    return id;
+}
+
+} // namespace
+
+TEST_F(ServerProcesso, ASecondServerOnTheFolderIsRefusedNamingTheFirst)
+{
+    QProcess& primo = AvviaServer(Indirizzo());
+    // Another address does not help: the folder is what is held.
+    QProcess& secondo = Avvia(QStringLiteral(PLX_SRVD), {u"--server-folder"_s, Cartella(), u"--listen"_s, Indirizzo(u"altro"_s)});
+    ASSERT_TRUE(secondo.waitForFinished(10000));
+    EXPECT_EQ(secondo.exitCode(), 3);
+    const QString errore = QString::fromUtf8(secondo.readAllStandardError());
+    EXPECT_TRUE(errore.contains(QString::number(primo.processId()))) << qPrintable(errore);
+    EXPECT_TRUE(errore.contains(Indirizzo())) << qPrintable(errore);
+    EXPECT_EQ(primo.state(), QProcess::Running);
+    EXPECT_FALSE(QFile::exists(mDir.filePath(u"altro.sock"_s)));
+}
+
+TEST_F(ServerProcesso, AClientGivenOnlyTheFolderFindsItsServer)
+{
+    AvviaServer(Indirizzo());
+    PxServerFiglio ricerca;
+    const QString trovato = ricerca.Trova(Cartella(), false);
+    EXPECT_EQ(trovato, Indirizzo()) << qPrintable(ricerca.Errore());
+    Console console(trovato);
+    ASSERT_TRUE(console.Pronta());
+    EXPECT_EQ(QDir(console.Server.Cartella()).canonicalPath(), QDir(Cartella()).canonicalPath());
+
+    // A folder nobody serves is said to be so, without waiting.
+    QTemporaryDir vuota;
+    EXPECT_EQ(ricerca.Trova(vuota.path(), false), QString());
+    EXPECT_TRUE(ricerca.Errore().contains(u"no server"_s)) << qPrintable(ricerca.Errore());
+}
+
+TEST_F(ServerProcesso, ASignalStopsTheServerCleanlyAndItsConsolesAreTold)
+{
+    QProcess& server = AvviaServer(Indirizzo());
+    Console console(Indirizzo());
+    ASSERT_TRUE(console.Pronta());
+    QSignalSpy stato(&console.Server, &PxSrvServer::StatoCambiato);
+    ASSERT_EQ(::kill(static_cast<pid_t>(server.processId()), SIGTERM), 0);
+    ASSERT_TRUE(server.waitForFinished(20000));
+    EXPECT_EQ(server.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(server.exitCode(), 0) << server.readAllStandardError().constData();
+    ASSERT_TRUE(!stato.isEmpty() || stato.wait(5000)) << "the console heard of the stop";
+    EXPECT_EQ(stato.constFirst().constFirst().toInt(), modContratto::ServerInArresto);
+    EXPECT_FALSE(PxBloccoCartella::Leggi(Cartella()).Vivo);
+}
+
+TEST_F(ServerProcesso, AServerKilledOutrightLeavesTheFolderAndAddressToTheNext)
+{
+    QProcess& primo = AvviaServer(Indirizzo());
+    primo.kill();
+    ASSERT_TRUE(primo.waitForFinished(10000));
+    EXPECT_FALSE(PxBloccoCartella::Leggi(Cartella()).Vivo) << "the kernel released the lock";
+    ASSERT_TRUE(QFile::exists(mDir.filePath(u"s.sock"_s))) << "a dead server leaves its socket file";
+    QProcess& secondo = AvviaServer(Indirizzo());
+    Console console(Indirizzo());
+    EXPECT_TRUE(console.Pronta()) << secondo.readAllStandardError().constData();
+}
+
+TEST_F(ServerProcesso, BadStartsEndWithTheirDocumentedStatus)
+{
+    const auto stato = [&](const QStringList& argomenti) {
+        QProcess p;
+        p.start(QStringLiteral(PLX_SRVD), argomenti);
+        return p.waitForFinished(15000) ? p.exitCode() : -1;
+    };
+    EXPECT_EQ(stato({}), 2) << "no folder";
+    EXPECT_EQ(stato({u"--frob"_s}), 2);
+    EXPECT_EQ(stato({u"--server-folder"_s, mDir.path()}), 1) << "not a server folder";
+    EXPECT_EQ(stato({u"--server-folder"_s, Cartella(), u"--listen"_s, u"tcp://127.0.0.1:7420"_s}), 2) << "never plain TCP";
+    EXPECT_FALSE(PxBloccoCartella::Leggi(Cartella()).Vivo);
+    EXPECT_EQ(stato({u"--help"_s}), 0);
+}
+
+TEST_F(ServerProcesso, AMoveMadeByOneConsoleReachesEveryConsole)
+{
+    AvviaServer(Indirizzo());
+    std::vector<std::unique_ptr<Console>> console;
+    for (int i = 0; i < 3; ++i) {
+        console.push_back(std::make_unique<Console>(Indirizzo()));
+        ASSERT_TRUE(console.back()->Pronta());
+    }
+    PxSrvCartellaDocumenti* fax = console[0]->Server.CartellaDocumenti(u"PxSrvDocFax"_s);
+    ASSERT_NE(fax, nullptr);
+    const QStringList trasmessi = Coda(*fax, 8);
+    ASSERT_FALSE(trasmessi.isEmpty());
+    std::vector<std::unique_ptr<QSignalSpy>> spie;
+    for (auto& c : console)
+        spie.push_back(std::make_unique<QSignalSpy>(c->Server.Servizio(u"PxSrvFax"_s), &PxSrvServizio::DocumentoSpostato));
+    std::optional<PxRisposta> risposta;
+    fax->SpostaDocumenti(Selezione({trasmessi[0]}), 2, nullptr, [&](const PxRisposta& r) { risposta = r; });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return risposta.has_value(); }, 10000));
+    ASSERT_TRUE(risposta->Riuscita()) << qPrintable(risposta->Testo);
+    for (auto& spia : spie) {
+        const auto visto = [&] {
+            return std::any_of(spia->cbegin(), spia->cend(), [&](const QList<QVariant>& n) {
+                return n[1].toString() == trasmessi[0] && n[0].toInt() == 2;
+            });
+        };
+        EXPECT_TRUE(QTest::qWaitFor(visto, 10000));
+    }
+}
+
+TEST_F(ServerProcesso, TheClientSaysWhatItDidAndEndsWithItsStatus)
+{
+    AvviaServer(Indirizzo());
+    const QStringList server = {u"--server-folder"_s, Cartella()};
+
+    const Esito stato = Ctl(server + QStringList{u"status"_s});
+    EXPECT_EQ(stato.Stato, 0) << qPrintable(stato.Errori);
+    EXPECT_TRUE(stato.Uscita.contains(u"PxSrvFax"_s) && stato.Uscita.contains(u"running"_s)) << qPrintable(stato.Uscita);
+
+    const Esito json = Ctl({u"--server"_s, Indirizzo(), u"--json"_s, u"list"_s, u"fax"_s, u"--queue"_s, u"8"_s});
+    ASSERT_EQ(json.Stato, 0) << qPrintable(json.Errori);
+    const QJsonObject elenco = QJsonDocument::fromJson(json.Uscita.toUtf8()).object();
+    EXPECT_EQ(elenco[u"folder"_s].toString(), u"PxSrvDocFax"_s);
+    const QJsonArray code = elenco[u"queues"_s].toArray();
+    ASSERT_EQ(code.size(), 1);
+    const QJsonArray documenti = code[0].toObject()[u"documents"_s].toArray();
+    ASSERT_FALSE(documenti.isEmpty());
+    const QString id = documenti[0].toArray()[0].toString();
+
+    const Esito mossa = Ctl(server + QStringList{u"move"_s, u"DocFax"_s, u"--to"_s, u"2"_s, id});
+    EXPECT_EQ(mossa.Stato, 0) << qPrintable(mossa.Errori);
+    const Esito testo = Ctl(server + QStringList{u"list"_s, u"PxSrvDocFax"_s});
+    EXPECT_FALSE(testo.Uscita.contains(u"8\t"_s + id + u'\t')) << "no longer among the sent";
+
+    const Esito rifiutato = Ctl(server + QStringList{u"move"_s, u"fax"_s, u"--to"_s, u"2"_s, u"NESSUNO"_s});
+    EXPECT_EQ(rifiutato.Stato, 1);
+    EXPECT_TRUE(rifiutato.Errori.contains(u"NESSUNO"_s)) << "the server's reason: " << qPrintable(rifiutato.Errori);
+    EXPECT_EQ(Ctl(server + QStringList{u"suspend"_s, u"Nessuno"_s}).Stato, 1);
+
+    EXPECT_EQ(Ctl(server).Stato, 2) << "no command";
+    EXPECT_EQ(Ctl(server + QStringList{u"frob"_s}).Stato, 2);
+    EXPECT_EQ(Ctl(server + QStringList{u"move"_s, u"fax"_s, u"--to"_s, u"x"_s, id}).Stato, 2);
+    EXPECT_EQ(Ctl({u"status"_s}).Stato, 2) << "no server named";
+
+    QTemporaryDir vuota;
+    EXPECT_EQ(Ctl({u"--server-folder"_s, vuota.path(), u"status"_s}).Stato, 3);
+    EXPECT_EQ(Ctl({u"--server"_s, Indirizzo(u"nessuno"_s), u"--timeout"_s, u"1"_s, u"status"_s}).Stato, 3);
+}
+
+TEST_F(ServerProcesso, WatchPrintsNoticesUntilTheServerStops)
+{
+    QProcess& server = AvviaServer(Indirizzo());
+    QProcess& osserva = Avvia(QStringLiteral(PLX_SRVCTL), {u"--server"_s, Indirizzo(), u"watch"_s, u"--json"_s});
+    // The demo's workers move documents every few seconds.
+    ASSERT_TRUE(QTest::qWaitFor([&] { return osserva.canReadLine(); }, 15000));
+    const QJsonObject primo = QJsonDocument::fromJson(osserva.readLine()).object();
+    EXPECT_FALSE(primo[u"event"_s].toString().isEmpty());
+    EXPECT_FALSE(primo[u"service"_s].toString().isEmpty());
+    ::kill(static_cast<pid_t>(server.processId()), SIGTERM);
+    ASSERT_TRUE(osserva.waitForFinished(15000));
+    EXPECT_EQ(osserva.exitCode(), 0);
+    EXPECT_TRUE(osserva.readAll().contains("\"stopping\""));
+}
