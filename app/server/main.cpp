@@ -125,7 +125,9 @@ int main(int argc, char* argv[])
                                   QStringLiteral("folder"));
     const QCommandLineOption documenti(QStringLiteral("documents"), QStringLiteral("With --make-demo: how many documents (default 2000)."),
                                        QStringLiteral("n"), QStringLiteral("2000"));
-    riga.addOptions({cartella, ascolta, demo, documenti});
+    const QCommandLineOption quieto(QStringLiteral("quiet"),
+                                    QStringLiteral("Only warnings and errors on standard error (the folder's logs keep everything)."));
+    riga.addOptions({cartella, ascolta, quieto, demo, documenti});
     if (!riga.parse(app.arguments())) {
         Scrivi(riga.errorText() + QStringLiteral(" (see --help)"));
         return Uso;
@@ -169,7 +171,10 @@ int main(int argc, char* argv[])
             return QUrl(i).scheme() == u"local" && QDir::isAbsolutePath(QUrl(i).path()) ? NonAvviato : Uso;
         }
 
-    RefLog::ImpostaEco([](const QString& log, int livello, const QString& testo) {
+    const int livelloMassimo = riga.isSet(quieto) ? modRigaLog::LivelloAvviso : modRigaLog::LivelloDettaglio;
+    RefLog::ImpostaEco([livelloMassimo](const QString& log, int livello, const QString& testo) {
+        if (livello > livelloMassimo)
+            return;
         static constexpr char Livelli[] = {'E', 'W', 'I', 'D'};
         const char l = livello >= 0 && livello < 4 ? Livelli[livello] : '?';
         std::fprintf(stderr, "%c %s: %s\n", l, qPrintable(log), qPrintable(testo));

@@ -134,6 +134,8 @@ void PxSrvConsole::Inizializza()
     modTraccia::ImpostaLog(&mLog);
     mContesto.mServer = mServer;
     connect(mServer, &PxSrvServer::Interrotto, this, &PxSrvConsole::SrvServer_Interrotto);
+    connect(mServer, &PxSrvServer::Ricollegato, this,
+            [this] { mLog.Scrivi(modRigaLog::LivelloInformazione, QStringLiteral("SrvServer_Ricollegato> server di nuovo raggiungibile")); });
     // A server that stops for good ends its consoles the way the host's Arresta does.
     connect(mServer, &PxSrvServer::StatoCambiato, this, [this](qint32 codice) {
         if (codice == modContratto::ServerInArresto) {
@@ -391,7 +393,10 @@ void PxSrvConsole::mobjSrvBkgConsoleEventi_Fine()
 void PxSrvConsole::SrvServer_Interrotto(const QString& motivo)
 {
     mLog.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("SrvServer_Interrotto> %1").arg(motivo));
-    RichiediArresto();
+    // A lost server is waited for: the main window says so and the server is tried again.
+    // One that was never reached, or that said it stops, ends the console.
+    if (!mServer || !mServer->Riprovando())
+        RichiediArresto();
 }
 
 void PxSrvConsole::mobjSrvBkgConsoleEventi_Errore(qint32 numero, const QString& sorgente, const QString& descrizione)

@@ -90,7 +90,9 @@ frmConsole::frmConsole(PxContesto& contesto, QWidget* parent)
       mInfoSistema(new frmInfoSistema(contesto)),
       mConteggi(new QLabel),
       mAttesa(new QLabel),
-      mStato(new QLabel)
+      mStato(new QLabel),
+      mCollegamento(new QLabel),
+      mContoAllaRovescia(new QTimer(this))
 {
     setObjectName(QStringLiteral("frmConsole"));
     const PxConsoleResDll& testi = mContesto.Testi();
@@ -146,6 +148,12 @@ frmConsole::frmConsole(PxContesto& contesto, QWidget* parent)
     mConteggi->setObjectName(QStringLiteral("lblConteggi"));
     mAttesa->setObjectName(QStringLiteral("lblInAttesa"));
     mAttesa->setVisible(false);
+    mCollegamento->setObjectName(QStringLiteral("lblCollegamento"));
+    mCollegamento->setVisible(false);
+    mCollegamento->setStyleSheet(QStringLiteral("QLabel { color: #b00020; font-weight: bold; }"));
+    mContoAllaRovescia->setInterval(1000);
+    connect(mContoAllaRovescia, &QTimer::timeout, this, &frmConsole::MostraContoAllaRovescia);
+    statusBar()->addPermanentWidget(mCollegamento);
     statusBar()->addPermanentWidget(mAttesa);
     statusBar()->addPermanentWidget(mConteggi);
     statusBar()->addPermanentWidget(mStato);
@@ -373,6 +381,9 @@ void frmConsole::CollegaServer()
                     mobjServizio_Avanzamento(chiave, attivita, fatti, totale);
                 });
     }
+    connect(server, &PxSrvServer::Interrotto, this, &frmConsole::ServerPerso);
+    connect(server, &PxSrvServer::Riprova, this, &frmConsole::ServerRiprova);
+    connect(server, &PxSrvServer::Ricollegato, this, &frmConsole::ServerRitrovato);
     if (PxSrvEventiServer* eventi = server->Eventi()) {
         connect(eventi, &PxSrvEventiServer::UtenteConnesso, mPosizione, &frmPosizione::AggiungiUtente);
         connect(eventi, &PxSrvEventiServer::UtenteDisconnesso, mPosizione, &frmPosizione::RimuoviUtente);
@@ -381,6 +392,53 @@ void frmConsole::CollegaServer()
         connect(eventi, &PxSrvEventiServer::FtpClienteConnesso, mPosizione, &frmPosizione::AggiungiFtpCliente);
         connect(eventi, &PxSrvEventiServer::FtpClienteDisconnesso, mPosizione, &frmPosizione::RimuoviFtpCliente);
     }
+}
+
+void frmConsole::ServerPerso(const QString& motivo)
+{
+    modTraccia::Proteggi("ServerPerso", [&] {
+        const QString testo = mContesto.Testi().LoadDllString(8084);
+        mPosizione->SegnaIrraggiungibile(testo + QStringLiteral("\n") + motivo);
+        mBarraVista->setEnabled(false);
+        mMenuComandi->setEnabled(false);
+        mCollegamento->setToolTip(motivo);
+        mCollegamento->setText(testo);
+        mCollegamento->setVisible(true);
+        ConfiguraPulsantiServer();
+    });
+}
+
+void frmConsole::ServerRiprova(qint32 millisecondi)
+{
+    mProssimoTentativo.setRemainingTime(millisecondi);
+    MostraContoAllaRovescia();
+    mContoAllaRovescia->start();
+}
+
+void frmConsole::MostraContoAllaRovescia()
+{
+    const qint64 secondi = (mProssimoTentativo.remainingTime() + 999) / 1000;
+    mCollegamento->setText(mContesto.Testi().LoadDllString(8082).arg(std::max<qint64>(secondi, 0)));
+}
+
+void frmConsole::ServerRitrovato()
+{
+    modTraccia::Proteggi("ServerRitrovato", [&] {
+        mContoAllaRovescia->stop();
+        mCollegamento->setVisible(false);
+        mPosizione->SegnaIrraggiungibile({});
+        mBarraVista->setEnabled(true);
+        mMenuComandi->setEnabled(true);
+        statusBar()->showMessage(mContesto.Testi().LoadDllString(8083), 5000);
+        // What changed while the server was away: every state, and the list on display,
+        // reloaded keeping the selection, the scroll and the open groups.
+        if (const PxSrvServer* server = mContesto.Server())
+            for (const QString& chiave : server->Chiavi())
+                mobjServizio_CambioStato(chiave);
+        ConfiguraPulsantiServer();
+        if (mVista)
+            mVista->AggiornaContenuto();
+    });
 }
 
 void frmConsole::mobjServizio_CambioStato(const QString& chiaveOggetto)
@@ -437,8 +495,9 @@ void frmConsole::ConfiguraPulsantiServer()
         const PxSrvServer* server = mContesto.Server();
         const PxSrvServizio* servizio = server && !oggetto.isEmpty() ? server->Servizio(oggetto) : nullptr;
         const int codice = servizio ? modComandiServizio::CodiceStato(servizio->StatoXml()) : -1;
-        mAvviaServizio->setEnabled(servizio && modComandiServizio::Avviabile(codice));
-        mSospendiServizio->setEnabled(servizio && modComandiServizio::Sospendibile(codice));
+        const bool raggiungibile = server && server->Raggiungibile();
+        mAvviaServizio->setEnabled(raggiungibile && servizio && modComandiServizio::Avviabile(codice));
+        mSospendiServizio->setEnabled(raggiungibile && servizio && modComandiServizio::Sospendibile(codice));
     });
 }
 

@@ -3,6 +3,7 @@
 #include "IFrmConsole.h"
 #include "clsSrvVista.h"
 
+#include <QDeadlineTimer>
 #include <QMainWindow>
 
 #include <memory>
@@ -87,6 +88,12 @@ private:
     QDockWidget* AggiungiPannello(int titolo, const char* nome, QWidget* contenuto, Qt::DockWidgetArea area);
     void CreaComandi();
     void CollegaServer();
+    // The server was lost: every node says so, commands wait, the status bar counts down to
+    // the next try. Found again: states re-read, the view reloaded where the operator was.
+    void ServerPerso(const QString& motivo);
+    void ServerRiprova(qint32 millisecondi);
+    void ServerRitrovato();
+    void MostraContoAllaRovescia();
     // One handler per service event source.
     void mobjServizio_CambioStato(const QString& chiaveOggetto);
     void mobjServizio_DocumentoSpostato(const QString& chiaveOggetto, qint32 coda, const QString& id, const QString& nodo);
@@ -146,6 +153,9 @@ private:
     QLabel* mConteggi;
     QLabel* mAttesa;
     QLabel* mStato;
+    QLabel* mCollegamento; // shown while the server cannot be reached
+    QTimer* mContoAllaRovescia;
+    QDeadlineTimer mProssimoTentativo;
     QString mChiaveVisualizzata;
     bool mPrimaDisposizione = false;
     QByteArray mPannelliSalvati; // restored again at the first show

@@ -9,6 +9,8 @@
 #include "PxSrvServizio.h"
 #include "frmApertura.h"
 #include "modAlberoServer.h"
+
+#include <QTreeWidgetItemIterator>
 #include "modTraccia.h"
 
 #include <QApplication>
@@ -292,6 +294,15 @@ void frmPosizione::AggiornaIcona(const QString& chiave, qint32 icona, const QStr
     }
     if (!caption.isEmpty() && nodo->text(0) != caption)
         nodo->setText(0, caption);
+}
+
+void frmPosizione::SegnaIrraggiungibile(const QString& motivo)
+{
+    const QBrush grigio = mxtwPosizione->palette().brush(QPalette::Disabled, QPalette::Text);
+    for (QTreeWidgetItemIterator it(mxtwPosizione); *it; ++it) {
+        (*it)->setForeground(0, motivo.isEmpty() ? QBrush() : grigio);
+        (*it)->setToolTip(0, motivo);
+    }
 }
 
 void frmPosizione::AggiornaServizio(const QString& chiaveOggetto)

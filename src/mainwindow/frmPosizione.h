@@ -51,6 +51,9 @@ public slots:
     // the captions taken from the state, and the list it owns, whose new entries are added,
     // missing ones removed and the others updated.
     void AggiornaServizio(const QString& chiaveOggetto);
+    // Greys every node and gives it `motivo` as its tip while the server cannot be reached;
+    // "" gives the nodes back their look.
+    void SegnaIrraggiungibile(const QString& motivo);
 
 public:
     // Called with the selected node's caption and key when the selection timer fires and

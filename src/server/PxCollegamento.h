@@ -25,6 +25,10 @@ public:
     virtual void Acquisisci(const QString& nome, QObject* contesto, Pronta pronta) = 0;
     // Whether paths the server gives can be read from here (same machine, same files).
     virtual bool FileLocali() const = 0;
+    // Drops every object it handed out and reaches the server anew (objects are then acquired
+    // again); false when this transport cannot lose its server (one in this process).
+    virtual bool Ricollega() { return false; }
+    virtual bool Ricollegabile() const { return false; }
 
 signals:
     // The connection to the server was lost: pending requests fail, notices stop.

@@ -6,7 +6,14 @@
 PxCollegamentoRemoto::PxCollegamentoRemoto(const QUrl& indirizzo, QObject* parent)
     : PxCollegamento(parent), mIndirizzo(indirizzo)
 {
-    if (!mNodo.connectToNode(mIndirizzo)) {
+    Connetti();
+}
+
+void PxCollegamentoRemoto::Connetti()
+{
+    mNodo = std::make_unique<QRemoteObjectNode>();
+    mInterrotto = false;
+    if (!mNodo->connectToNode(mIndirizzo)) {
         mInterrotto = true;
         QMetaObject::invokeMethod(
             this, [this] { emit Interrotto(QStringLiteral("impossibile raggiungere %1").arg(mIndirizzo.toString())); },
@@ -21,13 +28,23 @@ PxCollegamentoRemoto::~PxCollegamentoRemoto()
     qDeleteAll(mRepliche);
 }
 
+bool PxCollegamentoRemoto::Ricollega()
+{
+    // A new node, rather than the old one's own retries: its replicas would come back with
+    // whatever the old connection left half-done, and at a pace that is not ours to set.
+    mInterrotto = true;
+    qDeleteAll(std::exchange(mRepliche, {}));
+    Connetti();
+    return true;
+}
+
 void PxCollegamentoRemoto::Acquisisci(const QString& nome, QObject* contesto, Pronta pronta)
 {
     if (!contesto || !pronta)
         return;
     QRemoteObjectDynamicReplica* replica = mRepliche.value(nome);
     if (!replica) {
-        replica = mNodo.acquireDynamic(nome);
+        replica = mNodo->acquireDynamic(nome);
         replica->setParent(this);
         mRepliche.insert(nome, replica);
         connect(replica, &QRemoteObjectReplica::stateChanged, this,

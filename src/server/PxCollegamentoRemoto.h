@@ -6,6 +6,8 @@
 #include <QRemoteObjectNode>
 #include <QUrl>
 
+#include <memory>
+
 class QRemoteObjectDynamicReplica;
 
 // A server in another process, reached through Qt Remote Objects: each published object is a
@@ -21,12 +23,16 @@ public:
     ~PxCollegamentoRemoto() override;
 
     void Acquisisci(const QString& nome, QObject* contesto, Pronta pronta) override;
+    bool Ricollega() override;
+    bool Ricollegabile() const override { return true; }
     // Over a local socket the server's files are this machine's files.
     bool FileLocali() const override { return mIndirizzo.scheme() == u"local"; }
 
 private:
     QUrl mIndirizzo;
-    QRemoteObjectNode mNodo;
+    void Connetti();
+
+    std::unique_ptr<QRemoteObjectNode> mNodo;
     QHash<QString, QRemoteObjectDynamicReplica*> mRepliche;
     bool mInterrotto = false;
 };

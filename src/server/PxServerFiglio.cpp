@@ -10,6 +10,7 @@
 #include <QTimer>
 
 #include <csignal>
+#include <cstdio>
 #include <sys/prctl.h>
 
 PxServerFiglio::PxServerFiglio(QObject* parent) : QObject(parent)
@@ -17,10 +18,24 @@ PxServerFiglio::PxServerFiglio(QObject* parent) : QObject(parent)
     // The child's log goes where ours goes; its end is ours to decide, or the system's.
     mProcesso.setProcessChannelMode(QProcess::ForwardedChannels);
     mProcesso.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
+    connect(&mProcesso, &QProcess::finished, this, &PxServerFiglio::AllaFine);
+}
+
+void PxServerFiglio::AllaFine(int stato, QProcess::ExitStatus come)
+{
+    if (mChiusura || !mInServizio || (come == QProcess::NormalExit && (stato == 0 || stato == 3)))
+        return;
+    std::fprintf(stderr, "plxsrvconsole: the server ended (%s %d); starting it again\n",
+                 come == QProcess::CrashExit ? "signal" : "status", stato);
+    QTimer::singleShot(500, this, [this] {
+        if (!mChiusura && mProcesso.state() == QProcess::NotRunning)
+            mProcesso.start(mProcesso.program(), mArgomenti);
+    });
 }
 
 PxServerFiglio::~PxServerFiglio()
 {
+    mChiusura = true;
     if (mProcesso.state() == QProcess::NotRunning)
         return;
     mProcesso.terminate();
@@ -63,8 +78,10 @@ QString PxServerFiglio::Trova(const QString& cartella, bool avviaSeManca, int mi
     bool avviato = false;
     while (true) {
         const PxBloccoCartella::Detentore chi = PxBloccoCartella::Leggi(cartella);
-        if (chi.Vivo && !chi.Indirizzi.isEmpty())
+        if (chi.Vivo && !chi.Indirizzi.isEmpty()) {
+            mInServizio = avviato && chi.Pid == mProcesso.processId();
             return Preferito(chi.Indirizzi);
+        }
         if (!chi.Vivo && avviaSeManca && !avviato) {
             // Another console may start one at the same moment: then ours refuses the folder
             // (status 3) and the loop finds the other's address.
@@ -73,7 +90,9 @@ QString PxServerFiglio::Trova(const QString& cartella, bool avviaSeManca, int mi
                 mErrore = QStringLiteral("the server program plxsrvd was not found");
                 return {};
             }
-            mProcesso.start(programma, {QStringLiteral("--server-folder"), cartella});
+            // Its log is in the folder; only what goes wrong comes to our terminal.
+            mArgomenti = {QStringLiteral("--server-folder"), cartella, QStringLiteral("--quiet")};
+            mProcesso.start(programma, mArgomenti);
             if (!mProcesso.waitForStarted(10000)) {
                 mErrore = QStringLiteral("%1: %2").arg(programma, mProcesso.errorString());
                 return {};

@@ -32,6 +32,13 @@ public:
     static QString Preferito(const QStringList& indirizzi);
 
 private:
+    // A child that dies is started again for the consoles waiting on its address; one that
+    // stopped cleanly, or found the folder taken, is not.
+    void AllaFine(int stato, QProcess::ExitStatus come);
+
     QProcess mProcesso;
+    QStringList mArgomenti;
+    bool mChiusura = false;
+    bool mInServizio = false; // the child has listened once
     QString mErrore;
 };

@@ -2,6 +2,8 @@
 
 #include "PxSrvOggetto.h"
 
+#include <QStringList>
+
 // The server-side companion of a console, reached by name: background work done on the
 // console's behalf. While it works it brackets the work with Inizio and Fine; a fault it
 // cannot recover from arrives as Errore, and the console then closes.
@@ -24,5 +26,9 @@ signals:
     void Errore(qint32 numero, const QString& sorgente, const QString& descrizione);
 
 protected:
+    // Bound again to a server found after a loss, it starts the worker there as it was.
     void AlCollegamento(QObject* sorgente) override;
+
+private:
+    QStringList mAvvio; // the arguments of Avvia while the worker runs
 };

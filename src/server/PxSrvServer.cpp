@@ -10,7 +10,10 @@
 #include "PxSrvServizio.h"
 #include "PxSrvUsoSistema.h"
 
+#include <QTimer>
 #include <QVariant>
+
+#include <algorithm>
 
 #include <pugixml.hpp>
 
@@ -20,8 +23,11 @@ PxSrvServer::PxSrvServer(PxCollegamento* collegamento, QObject* parent)
       mCollegamento(collegamento),
       mEventi(new PxSrvEventiServer(this)),
       mBkgConsole(new PxSrvBkgConsole(this)),
-      mUsoSistema(new PxSrvUsoSistema(this))
+      mUsoSistema(new PxSrvUsoSistema(this)),
+      mRiprova(new QTimer(this))
 {
+    mRiprova->setSingleShot(true);
+    connect(mRiprova, &QTimer::timeout, this, &PxSrvServer::Tentativo);
     if (mCollegamento)
         connect(mCollegamento, &PxCollegamento::Interrotto, this, &PxSrvServer::AlInterruzione);
 }
@@ -44,21 +50,52 @@ void PxSrvServer::Connetti()
         AlInterruzione(QStringLiteral("nessun collegamento al server"));
         return;
     }
+    Lega();
+}
+
+void PxSrvServer::Lega()
+{
     mCollegamento->Acquisisci(Nome(), this, [this](QObject* sorgente) {
         if (!sorgente) {
             AlInterruzione(QStringLiteral("il server non pubblica %1").arg(Nome()));
             return;
         }
         // Constant for the server's life: read once, from the local object or the replica.
-        mCartella = sorgente->property("Cartella").toString();
-        mIdentificativo = sorgente->property("Identificativo").toString();
-        mStato = sorgente->property("Stato").toInt();
+        // A server found again keeps the folder and text the console started with.
+        if (!mLegatoUnaVolta) {
+            mCartella = sorgente->property("Cartella").toString();
+            mIdentificativo = sorgente->property("Identificativo").toString();
+        }
         Collega(sorgente);
+        AlCambioStatoServer(sorgente->property("Stato").toInt());
         Acquisisci(mBkgConsole, false);
         Acquisisci(mUsoSistema, false);
-        emit Collegato();
+        if (!mLegatoUnaVolta) {
+            mLegatoUnaVolta = true;
+            emit Collegato();
+        }
         Chiama("RichiediDescrizione", this, [this](const PxRisposta& r) { AlDescrizione(r); });
     });
+}
+
+bool PxSrvServer::Riprovando() const { return mRiprova->isActive(); }
+
+void PxSrvServer::ProgrammaTentativo()
+{
+    mRiprova->start(mAttesa);
+    emit Riprova(mAttesa);
+    mAttesa = std::min(mAttesa * 2, AttesaMassima);
+}
+
+void PxSrvServer::Tentativo()
+{
+    if (!mCollegamento || !mCollegamento->Ricollega())
+        return;
+    mInRiconnessione = true;
+    mDaCollegare = 0;
+    // Should this attempt not be answered before the next is due, the next replaces it.
+    ProgrammaTentativo();
+    Lega();
 }
 
 void PxSrvServer::AlCollegamento(QObject*)
@@ -93,9 +130,19 @@ void PxSrvServer::Acquisisci(PxSrvOggetto* parte, bool parteDescritta)
 
 void PxSrvServer::ParteCollegata()
 {
-    if (--mDaCollegare == 0 && !mCaricato) {
+    if (--mDaCollegare != 0)
+        return;
+    const bool ritrovato = std::exchange(mInRiconnessione, false);
+    if (ritrovato) {
+        mRiprova->stop();
+        mAttesa = PrimaAttesa;
+        mInterruzione.clear();
+    }
+    if (!mCaricato) {
         mCaricato = true;
         emit Pronto();
+    } else if (ritrovato) {
+        emit Ricollegato();
     }
 }
 
@@ -117,12 +164,20 @@ void PxSrvServer::AlDescrizione(const PxRisposta& risposta)
         if (chiave.isEmpty())
             continue;
         const std::string_view genere = n.name();
-        if (genere == "Servizio" && !mServizi.contains(chiave)) {
+        // Found again: the parts the console holds bind to the server's new objects.
+        if (PxSrvOggetto* parte = genere == "Servizio" ? static_cast<PxSrvOggetto*>(mServizi.value(chiave))
+                : genere == "Cartella"                 ? static_cast<PxSrvOggetto*>(mCartelle.value(chiave))
+                : genere == "Catalogo"                 ? static_cast<PxSrvOggetto*>(mCataloghi.value(chiave))
+                                                       : nullptr) {
+            Acquisisci(parte, true);
+            continue;
+        }
+        if (genere == "Servizio") {
             auto* servizio = new PxSrvServizio(chiave, QString::fromUtf8(n.child_value()), this);
             mServizi.insert(chiave, servizio);
             mChiavi << chiave;
             Acquisisci(servizio, true);
-        } else if (genere == "Cartella" && !mCartelle.contains(chiave)) {
+        } else if (genere == "Cartella") {
             QList<qint32> opzionali;
             for (const QString& coda : QString::fromUtf8(n.attribute("CodeOpzionali").value()).split(u' ', Qt::SkipEmptyParts))
                 opzionali << coda.toInt();
@@ -130,7 +185,7 @@ void PxSrvServer::AlDescrizione(const PxRisposta& risposta)
                                                         FileLocali(), opzionali, this);
             mCartelle.insert(chiave, cartella);
             Acquisisci(cartella, true);
-        } else if (genere == "Catalogo" && !mCataloghi.contains(chiave)) {
+        } else if (genere == "Catalogo") {
             auto* catalogo = new PxSrvCatalogo(chiave, this);
             mCataloghi.insert(chiave, catalogo);
             Acquisisci(catalogo, true);
@@ -145,5 +200,14 @@ void PxSrvServer::AlInterruzione(const QString& motivo)
     Interrompi(mInterruzione);
     for (PxSrvOggetto* parte : findChildren<PxSrvOggetto*>(Qt::FindDirectChildrenOnly))
         parte->Interrompi(motivo);
+    if (mRiprova->isActive())
+        return; // an attempt after a loss failed: the next one is already due
+    // A server that said it stops for good is not waited for; nor is one never reached.
+    const bool riprova = mLegatoUnaVolta && mStato != modContratto::ServerInArresto && mCollegamento
+        && mCollegamento->Ricollegabile();
+    if (riprova)
+        mRiprova->start(mAttesa); // before the notice, so that its handlers see it due
     emit Interrotto(mInterruzione);
+    if (riprova)
+        ProgrammaTentativo();
 }

@@ -7,6 +7,7 @@
 #include <QStringList>
 
 class PxCollegamento;
+class QTimer;
 class PxSrvBkgConsole;
 class PxSrvCartellaDocumenti;
 class PxSrvCatalogo;
@@ -62,6 +63,14 @@ public:
     bool FileLocali() const;
     // Why the connection failed or was lost; "" while it holds.
     QString Interruzione() const { return mInterruzione; }
+    // Whether the server is reachable now. After a loss (not a stop: Stato 5) the server is
+    // tried again after 0.5 s, then 1, 2, 4, 8 and every 10 s, until it answers; the parts
+    // are then bound to it again and Ricollegato follows.
+    bool Raggiungibile() const { return mInterruzione.isEmpty(); }
+    // Whether a next attempt is due (the loss is being waited out, not given up on).
+    bool Riprovando() const;
+    static constexpr int PrimaAttesa = 500;
+    static constexpr int AttesaMassima = 10000;
 
 signals:
     void Collegato();
@@ -71,6 +80,10 @@ signals:
     void StatoCambiato(qint32 codice);
     // The connection failed or was lost; every pending request has failed.
     void Interrotto(const QString& motivo);
+    // The next attempt to reach the server is in `millisecondi`.
+    void Riprova(qint32 millisecondi);
+    // The server answers again: every part is bound to it and has re-read its state.
+    void Ricollegato();
 
 protected:
     void AlCollegamento(QObject* sorgente) override;
@@ -84,6 +97,9 @@ private:
     void Acquisisci(PxSrvOggetto* parte, bool parteDescritta);
     void ParteCollegata();
     void AlInterruzione(const QString& motivo);
+    void Lega();
+    void ProgrammaTentativo();
+    void Tentativo();
 
     PxCollegamento* mCollegamento;
     QString mCartella;
@@ -92,6 +108,9 @@ private:
     bool mCaricato = false;
     QString mInterruzione;
     int mDaCollegare = 0;
+    bool mLegatoUnaVolta = false;
+    bool mInRiconnessione = false;
+    int mAttesa = PrimaAttesa;
     QStringList mChiavi;
     QHash<QString, PxSrvServizio*> mServizi;
     QHash<QString, PxSrvCartellaDocumenti*> mCartelle;
@@ -99,4 +118,5 @@ private:
     PxSrvEventiServer* mEventi;
     PxSrvBkgConsole* mBkgConsole;
     PxSrvUsoSistema* mUsoSistema;
+    QTimer* mRiprova;
 };

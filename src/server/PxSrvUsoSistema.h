@@ -21,5 +21,9 @@ signals:
                        qint32 memoriaVirtualeUsata, qint32 memoriaVirtualeDisponibileMb);
 
 protected:
+    // Bound again to a server found after a loss, it samples again as it did.
     void AlCollegamento(QObject* sorgente) override;
+
+private:
+    qint32 mIntervallo = 0; // while sampling
 };

@@ -156,12 +156,16 @@ TEST_F(ServerProcesso, ASignalStopsTheServerCleanlyAndItsConsolesAreTold)
     Console console(Indirizzo());
     ASSERT_TRUE(console.Pronta());
     QSignalSpy stato(&console.Server, &PxSrvServer::StatoCambiato);
+    QSignalSpy interrotto(&console.Server, &PxSrvServer::Interrotto);
     ASSERT_EQ(::kill(static_cast<pid_t>(server.processId()), SIGTERM), 0);
+    // The console's loop runs meanwhile, as a console's does.
+    ASSERT_TRUE(stato.wait(10000)) << "the console heard of the stop";
+    EXPECT_EQ(stato.constFirst().constFirst().toInt(), modContratto::ServerInArresto);
     ASSERT_TRUE(server.waitForFinished(20000));
     EXPECT_EQ(server.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(server.exitCode(), 0) << server.readAllStandardError().constData();
-    ASSERT_TRUE(!stato.isEmpty() || stato.wait(5000)) << "the console heard of the stop";
-    EXPECT_EQ(stato.constFirst().constFirst().toInt(), modContratto::ServerInArresto);
+    ASSERT_TRUE(!interrotto.isEmpty() || interrotto.wait(5000));
+    EXPECT_FALSE(console.Server.Riprovando()) << "a server that stopped for good is not waited for";
     EXPECT_FALSE(PxBloccoCartella::Leggi(Cartella()).Vivo);
 }
 
@@ -273,4 +277,50 @@ TEST_F(ServerProcesso, WatchPrintsNoticesUntilTheServerStops)
     ASSERT_TRUE(osserva.waitForFinished(15000));
     EXPECT_EQ(osserva.exitCode(), 0);
     EXPECT_TRUE(osserva.readAll().contains("\"stopping\""));
+}
+
+TEST_F(ServerProcesso, AConsoleWaitsOutALostServerAndBindsAgainWhenItComesBack)
+{
+    QProcess* server = &AvviaServer(Indirizzo());
+    Console console(Indirizzo());
+    ASSERT_TRUE(console.Pronta());
+    PxSrvCartellaDocumenti* fax = console.Server.CartellaDocumenti(u"PxSrvDocFax"_s);
+    PxSrvServizio* servizio = console.Server.Servizio(u"PxSrvFax"_s);
+    QSignalSpy interrotto(&console.Server, &PxSrvServer::Interrotto);
+    QSignalSpy riprova(&console.Server, &PxSrvServer::Riprova);
+    QSignalSpy ricollegato(&console.Server, &PxSrvServer::Ricollegato);
+
+    server->kill();
+    ASSERT_TRUE(server->waitForFinished(10000));
+    ASSERT_TRUE(interrotto.wait(10000));
+    EXPECT_FALSE(console.Server.Raggiungibile());
+    EXPECT_TRUE(console.Server.Riprovando()) << "waited for, not given up";
+    // A request meanwhile fails at once, saying why.
+    std::optional<PxRisposta> persa;
+    fax->SpostaDocumenti(Selezione({u"FAX-000001"_s}), 2, nullptr, [&](const PxRisposta& r) { persa = r; });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return persa.has_value(); }, 5000));
+    EXPECT_EQ(persa->Esito, modContratto::NonDisponibile);
+    EXPECT_FALSE(persa->Testo.isEmpty());
+    // Tried again at growing intervals while nobody answers.
+    ASSERT_TRUE(QTest::qWaitFor([&] { return riprova.size() >= 3; }, 10000));
+    EXPECT_EQ(riprova[0][0].toInt(), PxSrvServer::PrimaAttesa);
+    EXPECT_GT(riprova[2][0].toInt(), riprova[1][0].toInt());
+    EXPECT_TRUE(ricollegato.isEmpty());
+
+    server = &AvviaServer(Indirizzo());
+    ASSERT_TRUE(ricollegato.wait(20000)) << server->readAllStandardError().constData();
+    EXPECT_TRUE(console.Server.Raggiungibile());
+    EXPECT_EQ(interrotto.size(), 1) << "one loss, however many attempts";
+    // The same objects the console holds work against the new server: a listing, and a
+    // move with its notice.
+    const QStringList trasmessi = Coda(*fax, 8);
+    ASSERT_FALSE(trasmessi.isEmpty());
+    QSignalSpy spostati(servizio, &PxSrvServizio::DocumentoSpostato);
+    std::optional<PxRisposta> mossa;
+    fax->SpostaDocumenti(Selezione({trasmessi[0]}), 2, nullptr, [&](const PxRisposta& r) { mossa = r; });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return mossa.has_value(); }, 10000));
+    EXPECT_TRUE(mossa->Riuscita()) << qPrintable(mossa->Testo);
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        return std::any_of(spostati.cbegin(), spostati.cend(), [&](const auto& n) { return n[1].toString() == trasmessi[0]; });
+    }, 10000));
 }
