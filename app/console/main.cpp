@@ -7,6 +7,7 @@
 #include "PxSrvConsole.h"
 #include "PxSrvServer.h"
 #include "PxServerFiglio.h"
+#include "PxTls.h"
 #include "RefServer.h"
 #include "PxConsoleResDll.h"
 #include "frmConsole.h"
@@ -95,7 +96,8 @@ struct RigaComando
                                              "first use)."),
                               QStringLiteral("folder")};
     QCommandLineOption Indirizzo{QStringLiteral("server"),
-                                 QStringLiteral("Address of a running server to attach to (local:/path/to.sock)."),
+                                 QStringLiteral("Address of a running server to attach to (local:/path/to.sock, or "
+                                                "tls://host:port with --tls-cert, --tls-key and --tls-ca)."),
                                  QStringLiteral("address")};
     QCommandLineOption Log{{QStringLiteral("l"), QStringLiteral("log-folder")},
                            QStringLiteral("Folder of the console log (default: the server's Log folder)."), QStringLiteral("folder")};
@@ -119,6 +121,7 @@ struct RigaComando
     RigaComando()
     {
         Parser.setApplicationDescription(QStringLiteral("Operator's console of the Pelorix document-dispatch server."));
+        Parser.addOptions(PxTls::Opzioni());
         Parser.addOptions({Server, Indirizzo, Log, Gui, Demo, Documenti, Fotografie, Prova});
         // "-platform xcb" and the other options of Qt's own read as one word each.
         Parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
@@ -220,7 +223,7 @@ int main(int argc, char* argv[])
             return 1;
         }
     }
-    PxCollegamentoRemoto collegamento{QUrl(indirizzo)};
+    PxCollegamentoRemoto collegamento{QUrl(indirizzo), PxTls::DaRiga(opzioni)};
     PxSrvServer srv(&collegamento);
     // The root's folder and text come first: the log folder depends on them.
     {

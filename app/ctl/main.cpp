@@ -7,6 +7,7 @@
 #include "PxSegnaliArresto.h"
 #include "PxServerFiglio.h"
 #include "PxSrvServer.h"
+#include "PxTls.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -29,6 +30,8 @@ Commands:
 
 FOLDER and SERVICE: a key ("PxSrvDocFax", "PxSrvFax") or its short form ("DocFax", "Fax").
 The server: --server ADDRESS, or --server-folder DIR (the address the folder's server wrote).
+ADDRESS: local:/path.sock, or tls://host:port with --tls-cert, --tls-key and --tls-ca.
+An observer's commands that change things are refused (status 1, with the reason).
 
 Exit statuses:
   0  done
@@ -62,6 +65,7 @@ int main(int argc, char* argv[])
     const QCommandLineOption attesa(QStringLiteral("timeout"), QStringLiteral("Seconds to wait for the server (default 10)."),
                                     QStringLiteral("s"), QStringLiteral("10"));
     riga.addOptions({indirizzo, cartella, json, attesa});
+    riga.addOptions(PxTls::Opzioni());
     riga.addPositionalArgument(QStringLiteral("command"), QStringLiteral("status, list, move, start, suspend, watch"));
     // What follows the command is the command's own (--queue, --to).
     riga.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
@@ -97,7 +101,7 @@ int main(int argc, char* argv[])
             return Esci(PxCtl::Irraggiungibile, ricerca.Errore());
     }
 
-    PxCollegamentoRemoto collegamento{QUrl(dove)};
+    PxCollegamentoRemoto collegamento{QUrl(dove), PxTls::DaRiga(riga)};
     PxSrvServer server(&collegamento);
     PxCtl ctl(server, perMacchine);
     int esito = PxCtl::Irraggiungibile;

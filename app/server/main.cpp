@@ -3,6 +3,8 @@
 // publishes its objects to the consoles and clients that attach to it.
 
 #include "PxBloccoCartella.h"
+#include "PxLettoreIni.h"
+#include "PxTls.h"
 #include "PxRigaLog.h"
 #include "PxSegnaliArresto.h"
 #include "RefLog.h"
@@ -39,6 +41,15 @@ One server per folder: the folder's plxsrvd.lock holds this process's id and add
 Addresses:
   local:/path/name.sock   a local socket (the default: one in the user's runtime folder,
                           named after the folder); only the server's user and group may connect
+  tls://host:port         TCP inside TLS ("*" for every interface): the server shows its
+                          certificate and requires a client certificate from the same
+                          authority (--tls-cert, --tls-key, --tls-ca, or the keys CertificatoTls,
+                          ChiaveTls, AutoritaTls of section "Server di riferimento" of
+                          PlxConfigurazione.ini). Plain TCP is never offered.
+
+Roles: local clients are operators; a TLS client is what the folder's Ruoli.txt says of its
+certificate's common name ("operatore NAME" or "osservatore NAME", a line each), an observer
+otherwise. Observers may only read. Every command carried out is logged with who asked.
 
 Exit statuses:
   0  stopped cleanly (or --help, --version, --make-demo done)
@@ -70,8 +81,10 @@ QString Prepara(const QUrl& indirizzo)
         return QDir::isAbsolutePath(indirizzo.path()) ? PreparaSocket(indirizzo.path()) : QString();
     }
     if (indirizzo.scheme() == u"tcp")
-        return QStringLiteral("\"%1\": the server never listens on plain TCP").arg(indirizzo.toString());
-    return QStringLiteral("\"%1\": unknown kind of address (local:/path)").arg(indirizzo.toString());
+        return QStringLiteral("\"%1\": the server never listens on plain TCP; use tls://host:port").arg(indirizzo.toString());
+    if (indirizzo.scheme() == u"tls")
+        return indirizzo.port() > 0 ? QString() : QStringLiteral("\"%1\": a port is needed").arg(indirizzo.toString());
+    return QStringLiteral("\"%1\": unknown kind of address (local:/path, tls://host:port)").arg(indirizzo.toString());
 }
 
 // The data reach the disk before the process reports a clean stop.
@@ -128,6 +141,7 @@ int main(int argc, char* argv[])
     const QCommandLineOption quieto(QStringLiteral("quiet"),
                                     QStringLiteral("Only warnings and errors on standard error (the folder's logs keep everything)."));
     riga.addOptions({cartella, ascolta, quieto, demo, documenti});
+    riga.addOptions(PxTls::Opzioni());
     if (!riga.parse(app.arguments())) {
         Scrivi(riga.errorText() + QStringLiteral(" (see --help)"));
         return Uso;
@@ -180,6 +194,18 @@ int main(int argc, char* argv[])
         std::fprintf(stderr, "%c %s: %s\n", l, qPrintable(log), qPrintable(testo));
     });
 
+    // The TLS files: from the command line, else from the folder's ini file.
+    PxTls tls = PxTls::DaRiga(riga);
+    if (tls.Vuota()) {
+        const PxLettoreIni ini(QDir(server).filePath(QStringLiteral("PlxConfigurazione.ini")));
+        const QString sezione = QStringLiteral("Server di riferimento");
+        const auto percorso = [&](const QString& chiave) {
+            const QString p = ini.Stringa(sezione, chiave, {}).trimmed();
+            return p.isEmpty() || QDir::isAbsolutePath(p) ? p : QDir(server).filePath(p);
+        };
+        tls = {percorso(QStringLiteral("CertificatoTls")), percorso(QStringLiteral("ChiaveTls")), percorso(QStringLiteral("AutoritaTls"))};
+    }
+
     auto ospite = std::make_unique<RefOspite>(server);
     // Listening comes before loading, so that consoles attach and watch the loading.
     int attesi = static_cast<int>(indirizzi.size());
@@ -190,7 +216,7 @@ int main(int argc, char* argv[])
                 errori << errore;
             if (--attesi == 0)
                 QCoreApplication::exit(errori.isEmpty() ? 0 : 1);
-        });
+        }, tls);
     ospite->Avvia();
     if (QCoreApplication::exec() != 0) {
         Scrivi(errori.join(u"; "));

@@ -92,7 +92,8 @@ frmConsole::frmConsole(PxContesto& contesto, QWidget* parent)
       mAttesa(new QLabel),
       mStato(new QLabel),
       mCollegamento(new QLabel),
-      mContoAllaRovescia(new QTimer(this))
+      mContoAllaRovescia(new QTimer(this)),
+      mRuolo(new QLabel)
 {
     setObjectName(QStringLiteral("frmConsole"));
     const PxConsoleResDll& testi = mContesto.Testi();
@@ -153,7 +154,11 @@ frmConsole::frmConsole(PxContesto& contesto, QWidget* parent)
     mCollegamento->setStyleSheet(QStringLiteral("QLabel { color: #b00020; font-weight: bold; }"));
     mContoAllaRovescia->setInterval(1000);
     connect(mContoAllaRovescia, &QTimer::timeout, this, &frmConsole::MostraContoAllaRovescia);
+    mRuolo->setObjectName(QStringLiteral("lblRuolo"));
+    mRuolo->setText(testi.LoadDllString(8085));
+    mRuolo->setVisible(false);
     statusBar()->addPermanentWidget(mCollegamento);
+    statusBar()->addPermanentWidget(mRuolo);
     statusBar()->addPermanentWidget(mAttesa);
     statusBar()->addPermanentWidget(mConteggi);
     statusBar()->addPermanentWidget(mStato);
@@ -384,6 +389,8 @@ void frmConsole::CollegaServer()
     connect(server, &PxSrvServer::Interrotto, this, &frmConsole::ServerPerso);
     connect(server, &PxSrvServer::Riprova, this, &frmConsole::ServerRiprova);
     connect(server, &PxSrvServer::Ricollegato, this, &frmConsole::ServerRitrovato);
+    connect(server, &PxSrvServer::RuoloCambiato, this, &frmConsole::AggiornaPermessi);
+    AggiornaPermessi();
     if (PxSrvEventiServer* eventi = server->Eventi()) {
         connect(eventi, &PxSrvEventiServer::UtenteConnesso, mPosizione, &frmPosizione::AggiungiUtente);
         connect(eventi, &PxSrvEventiServer::UtenteDisconnesso, mPosizione, &frmPosizione::RimuoviUtente);
@@ -399,13 +406,30 @@ void frmConsole::ServerPerso(const QString& motivo)
     modTraccia::Proteggi("ServerPerso", [&] {
         const QString testo = mContesto.Testi().LoadDllString(8084);
         mPosizione->SegnaIrraggiungibile(testo + QStringLiteral("\n") + motivo);
-        mBarraVista->setEnabled(false);
-        mMenuComandi->setEnabled(false);
+        AggiornaPermessi();
         mCollegamento->setToolTip(motivo);
         mCollegamento->setText(testo);
         mCollegamento->setVisible(true);
         ConfiguraPulsantiServer();
     });
+}
+
+void frmConsole::AggiornaPermessi()
+{
+    // Commands need a server that answers and a role that may act; what the role forbids
+    // says so where the operator looks.
+    const PxSrvServer* server = mContesto.Server();
+    const bool soloLettura = server && server->SoloLettura();
+    const bool comandi = server && server->Raggiungibile() && !soloLettura;
+    mBarraVista->setEnabled(comandi);
+    mMenuComandi->setEnabled(comandi);
+    mRuolo->setVisible(soloLettura);
+    const QString perche = soloLettura ? mContesto.Testi().LoadDllString(8086) + QStringLiteral(" (") + server->NomeChiamante() + u')'
+                                       : QString();
+    mRuolo->setToolTip(perche);
+    mBarraVista->setToolTip(perche);
+    mProprieta->AbilitaComandi();
+    ConfiguraPulsantiServer();
 }
 
 void frmConsole::ServerRiprova(qint32 millisecondi)
@@ -427,8 +451,7 @@ void frmConsole::ServerRitrovato()
         mContoAllaRovescia->stop();
         mCollegamento->setVisible(false);
         mPosizione->SegnaIrraggiungibile({});
-        mBarraVista->setEnabled(true);
-        mMenuComandi->setEnabled(true);
+        AggiornaPermessi();
         statusBar()->showMessage(mContesto.Testi().LoadDllString(8083), 5000);
         // What changed while the server was away: every state, and the list on display,
         // reloaded keeping the selection, the scroll and the open groups.
@@ -495,7 +518,7 @@ void frmConsole::ConfiguraPulsantiServer()
         const PxSrvServer* server = mContesto.Server();
         const PxSrvServizio* servizio = server && !oggetto.isEmpty() ? server->Servizio(oggetto) : nullptr;
         const int codice = servizio ? modComandiServizio::CodiceStato(servizio->StatoXml()) : -1;
-        const bool raggiungibile = server && server->Raggiungibile();
+        const bool raggiungibile = server && server->Raggiungibile() && !server->SoloLettura();
         mAvviaServizio->setEnabled(raggiungibile && servizio && modComandiServizio::Avviabile(codice));
         mSospendiServizio->setEnabled(raggiungibile && servizio && modComandiServizio::Sospendibile(codice));
     });

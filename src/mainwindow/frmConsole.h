@@ -94,6 +94,8 @@ private:
     void ServerRiprova(qint32 millisecondi);
     void ServerRitrovato();
     void MostraContoAllaRovescia();
+    // Commands follow whether the server answers and whether this console's role may act.
+    void AggiornaPermessi();
     // One handler per service event source.
     void mobjServizio_CambioStato(const QString& chiaveOggetto);
     void mobjServizio_DocumentoSpostato(const QString& chiaveOggetto, qint32 coda, const QString& id, const QString& nodo);
@@ -156,6 +158,7 @@ private:
     QLabel* mCollegamento; // shown while the server cannot be reached
     QTimer* mContoAllaRovescia;
     QDeadlineTimer mProssimoTentativo;
+    QLabel* mRuolo; // shown when the server lets this console only read
     QString mChiaveVisualizzata;
     bool mPrimaDisposizione = false;
     QByteArray mPannelliSalvati; // restored again at the first show

@@ -511,7 +511,9 @@ void frmProprieta::AbilitaComandi()
 {
     // A node that can be started on display: start what does not run, suspend what runs; a
     // service that cannot run (8) gets neither.
-    const bool servizio = !mOggetto.Valido() && Avviabile(mServerVisualizzato.section(u'|', 0, 0))
+    const PxSrvServer* server = mContesto.Server();
+    const bool puoAgire = !server || (server->Raggiungibile() && !server->SoloLettura());
+    const bool servizio = puoAgire && !mOggetto.Valido() && Avviabile(mServerVisualizzato.section(u'|', 0, 0))
         && LayoutVisualizzato() > 0 && mStatoMostrato >= 0;
     mAvvia->setEnabled(servizio && mStatoAzionabile != 4 && mStatoAzionabile != 8 && mStatoAzionabile >= 0);
     mSospendi->setEnabled(servizio && mStatoAzionabile == 4);

@@ -88,6 +88,9 @@ public:
     int StatoMostrato() const { return mStatoMostrato; }
     // What an item's action opens ("" when it opens nothing).
     static QString TestoAzione(int azione, const QString& valore, const QString& secondo);
+    // Sets the header's Avvia/Sospendi again: by the state on display, and only while the
+    // server answers and lets this console act.
+    void AbilitaComandi();
 
 signals:
     // The shown service's state code changed: the main window updates its start and suspend
@@ -97,6 +100,7 @@ signals:
     void Messaggio(const QString& testo);
     // A sheet was filled (tests and screenshots wait on it).
     void Caricato(int layout);
+
 
 private slots:
     void mobjTimerProprieta_TimerEvent();
@@ -110,7 +114,6 @@ private:
     void Descrivi(const pugi::xml_document& doc, bool collegato);
     void ChiediDescrizione(const Riferimento& r, bool collegato);
     void ImpostaStato(int codice);
-    void AbilitaComandi();
     void Esegui(const QModelIndex& indice);
     void Copia();
     PxSrvServizio* ServizioVisualizzato() const;

@@ -1,4 +1,6 @@
 #include "RefCartellaDocumenti.h"
+
+#include "RefAccesso.h"
 #include "modXml.h"
 
 #include "PxRigaLog.h"
@@ -630,19 +632,36 @@ QString RefCartellaDocumenti::Nodo(const QString& id) const
 
 void RefCartellaDocumenti::RichiediElenco(quint64 richiesta) { emit Risposta(richiesta, modContratto::Ok, {}, TestoElenco()); }
 
+bool RefCartellaDocumenti::Consentito(quint64 richiesta, const QString& operazione, const QString& selezioneXml)
+{
+    QString motivo;
+    if (!RefAccesso::PuoAgire(operazione, &motivo)) {
+        mLogServer.Scrivi(modRigaLog::LivelloAvviso, QStringLiteral("%1: %2").arg(Chiave(), motivo));
+        Rispondi(richiesta, {modContratto::Rifiutato, motivo, {}});
+        return false;
+    }
+    // Every command carried out says who asked for it.
+    mLogServer.Scrivi(modRigaLog::LivelloInformazione, QStringLiteral("%1: %2 chiesto %3: %4")
+                                                           .arg(Chiave(), operazione, RefAccesso::Chi(), selezioneXml.left(400)));
+    return true;
+}
+
 void RefCartellaDocumenti::SpostaDocumenti(quint64 richiesta, const QString& selezioneXml, qint32 coda)
 {
-    Rispondi(richiesta, SpostaSelezione(selezioneXml, coda));
+    if (Consentito(richiesta, QStringLiteral("Spostamento in coda %1").arg(coda), selezioneXml))
+        Rispondi(richiesta, SpostaSelezione(selezioneXml, coda));
 }
 
 void RefCartellaDocumenti::GeneraAnteprime(quint64 richiesta, const QString& selezioneXml, const QString& indirizzo)
 {
-    Rispondi(richiesta, Anteprime(selezioneXml, indirizzo));
+    if (Consentito(richiesta, QStringLiteral("Generazione delle anteprime"), selezioneXml))
+        Rispondi(richiesta, Anteprime(selezioneXml, indirizzo));
 }
 
 void RefCartellaDocumenti::InviaCompresso(quint64 richiesta, const QString& selezioneXml)
 {
-    Rispondi(richiesta, Comprimi(selezioneXml));
+    if (Consentito(richiesta, QStringLiteral("Invio compresso"), selezioneXml))
+        Rispondi(richiesta, Comprimi(selezioneXml));
 }
 
 void RefCartellaDocumenti::CartellaDocumento(quint64 richiesta, const QString& id)

@@ -138,6 +138,9 @@ private:
     void Rinnova(Voce& voce) const { voce.Nodo.clear(); AppendiNodo(voce.Nodo, voce.Dati); }
     PxRisposta Rifiuta(const QString& motivo, qint32 esito = modContratto::Rifiutato) const;
     void Rispondi(quint64 richiesta, const PxRisposta& r) { emit Risposta(richiesta, r.Esito, r.Testo, r.Dati); }
+    // Whether the caller may do `operazione`: refuses the request with the reason if not, and
+    // logs the command with who asked if so.
+    bool Consentito(quint64 richiesta, const QString& operazione, const QString& selezioneXml);
     // "" when `id` is known and `coda` a queue of this folder, else why not.
     QString Verifica(const QString& id, qint32 coda) const;
 

@@ -1,9 +1,9 @@
 #include "RefOspite.h"
 
+#include "RefAscolto.h"
 #include "modRemoto.h"
 
-#include <QDir>
-#include <QFile>
+#include <QCoreApplication>
 #include <QPointer>
 #include <QRemoteObjectHost>
 #include <QThread>
@@ -61,30 +61,28 @@ QObject* RefOspite::Oggetto(const QString& nome) const { return mServer ? mServe
 
 QString RefOspite::Cartella() const { return mServer ? mServer->Cartella() : QString(); }
 
-void RefOspite::PubblicaRemoto(const QUrl& indirizzo, std::function<void(const QString& errore)> esito)
+void RefOspite::PubblicaRemoto(const QUrl& indirizzo, std::function<void(const QString& errore)> esito, const PxTls& tls)
 {
     RefServer* server = mServer;
     QPointer<RefOspite> ospite(this);
-    QMetaObject::invokeMethod(server, [server, indirizzo, esito = std::move(esito), ospite] {
-        auto* host = new QRemoteObjectHost(server);
-        QString errore;
-        if (!host->setHostUrl(indirizzo))
-            errore = QStringLiteral("cannot listen on %1 (Qt Remote Objects error %2)")
-                         .arg(indirizzo.toString())
-                         .arg(static_cast<int>(host->lastError()));
-        else if (indirizzo.scheme() == u"local" && QDir::isAbsolutePath(indirizzo.path()))
-            // Only the server's user and group may connect; the folder holding the socket
-            // decides who can reach it at all.
-            QFile::setPermissions(indirizzo.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::WriteGroup);
-        if (!errore.isEmpty()) {
-            delete host;
-        } else {
+    QMetaObject::invokeMethod(server, [server, indirizzo, tls, esito = std::move(esito), ospite] {
+        // One host for every address, made on the first: each connection is accepted by us
+        // and handed to it.
+        auto* host = server->findChild<QRemoteObjectHost*>(QString(), Qt::FindDirectChildrenOnly);
+        if (!host) {
+            host = new QRemoteObjectHost(server);
+            host->setHostUrl(QUrl(QStringLiteral("plxsrvd://") + QString::number(QCoreApplication::applicationPid())),
+                             QRemoteObjectHost::AllowExternalRegistration);
             // What exists from the start now; folders, services and catalogues once loaded.
             modRemoto::Pubblica(*host, *server);
             if (!server->Caricato())
                 QObject::connect(server, &RefServer::Pronto, host, [host, server] { modRemoto::Pubblica(*host, *server); },
                                  Qt::SingleShotConnection);
         }
+        auto* ascolto = new RefAscolto(*host, server->Cartella(), server->Log(), host);
+        const QString errore = ascolto->Ascolta(indirizzo, tls);
+        if (!errore.isEmpty())
+            delete ascolto;
         if (esito)
             QMetaObject::invokeMethod(ospite, [esito, errore] { esito(errore); }, Qt::QueuedConnection);
     }, Qt::QueuedConnection);

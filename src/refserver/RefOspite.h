@@ -1,5 +1,6 @@
 #pragma once
 
+#include "PxTls.h"
 #include "RefServer.h"
 
 #include <QObject>
@@ -27,11 +28,12 @@ public:
     // The published object of `nome`; safe from any thread.
     QObject* Oggetto(const QString& nome) const;
     QString Cartella() const;
-    // Publishes the server at `indirizzo` ("local:name" or "local:/path", "tcp://host:port")
-    // from its thread: the root, the worker and the sampler at once, the rest once loaded.
-    // Called before Avvia, the server listens before it starts loading. `esito` runs on this
-    // object's thread with "" once it listens, or the reason it cannot.
-    void PubblicaRemoto(const QUrl& indirizzo, std::function<void(const QString& errore)> esito = {});
+    // Publishes the server at `indirizzo` ("local:name", "local:/path.sock", or
+    // "tls://host:port" with the files of `tls`) from its thread: the root, the worker and the
+    // sampler at once, the rest once loaded. Called before Avvia, the server listens before it
+    // starts loading. `esito` runs on this object's thread with "" once it listens, or the
+    // reason it cannot.
+    void PubblicaRemoto(const QUrl& indirizzo, std::function<void(const QString& errore)> esito = {}, const PxTls& tls = {});
     // Tells the consoles that the server stops and stops its work; returns once the notice
     // has been sent. Destroying the host then ends the server.
     void AnnunciaArresto();

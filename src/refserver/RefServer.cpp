@@ -7,6 +7,7 @@
 #include "RefCartellaDocumenti.h"
 #include "RefCatalogo.h"
 #include "RefIngresso.h"
+#include "RefAccesso.h"
 #include "RefLavoratori.h"
 #include "RefServizio.h"
 #include "RefUsoSistema.h"
@@ -188,6 +189,12 @@ void RefServer::Carica()
     const QList<quint64> attese = std::exchange(mDescrizioniAttese, {});
     for (const quint64 richiesta : attese)
         RichiediDescrizione(richiesta);
+}
+
+void RefServer::RichiediRuolo(quint64 richiesta)
+{
+    const RefAccesso::Chiamante& chi = RefAccesso::Corrente();
+    emit Risposta(richiesta, modContratto::Ok, RefAccesso::NomeRuolo(chi.Permessi), chi.Nome.toUtf8());
 }
 
 void RefServer::AnnunciaArresto()

@@ -111,6 +111,9 @@ public slots:
     // <Server Stato="4"><Servizio Chiave="PxSrvFax">state XML, as text</Servizio>...
     // <Cartella Chiave="PxSrvDocFax" Servizio="PxSrvFax"/>...<Catalogo Chiave="PxSrvFormati"/></Server>
     void RichiediDescrizione(quint64 richiesta);
+    // Answered with the caller's role ("operatore", "osservatore") and, in the bytes, the name
+    // it is known by.
+    void RichiediRuolo(quint64 richiesta);
     // Tells every console that the server is stopping (Stato StatoInArresto), and stops the
     // workers and input folders taking new work; the owner then destroys the server.
     void AnnunciaArresto();

@@ -1,5 +1,7 @@
 #include "RefServizio.h"
 
+#include "RefAccesso.h"
+
 #include "PxContratto.h"
 #include "PxRigaLog.h"
 
@@ -104,8 +106,22 @@ void RefServizio::RichiediStato(quint64 richiesta)
     emit Risposta(richiesta, modContratto::Ok, mStatoXml, {});
 }
 
+bool RefServizio::Consentito(quint64 richiesta, const QString& operazione)
+{
+    QString motivo;
+    if (!RefAccesso::PuoAgire(operazione, &motivo)) {
+        mLog.Scrivi(modRigaLog::LivelloAvviso, motivo);
+        emit Risposta(richiesta, modContratto::Rifiutato, motivo, {});
+        return false;
+    }
+    mLog.Scrivi(modRigaLog::LivelloInformazione, QStringLiteral("%1 chiesto %2").arg(operazione, RefAccesso::Chi()));
+    return true;
+}
+
 void RefServizio::Avvia(quint64 richiesta)
 {
+    if (!Consentito(richiesta, QStringLiteral("Avvio di %1").arg(mChiave)))
+        return;
     if (AvviaServizio())
         emit Risposta(richiesta, modContratto::Ok, {}, {});
     else
@@ -114,6 +130,8 @@ void RefServizio::Avvia(quint64 richiesta)
 
 void RefServizio::Sospendi(quint64 richiesta)
 {
+    if (!Consentito(richiesta, QStringLiteral("Sospensione di %1").arg(mChiave)))
+        return;
     if (SospendiServizio())
         emit Risposta(richiesta, modContratto::Ok, {}, {});
     else

@@ -68,6 +68,9 @@ signals:
     void Risposta(quint64 richiesta, qint32 esito, const QString& testo, const QByteArray& dati);
 
 private:
+    // Whether the caller may do `operazione`: refused with the reason if not, logged with who
+    // asked if so.
+    bool Consentito(quint64 richiesta, const QString& operazione);
     void CambiaStato(qint32 codice);
     void Componi();
     void PubblicaInAttesa();

@@ -2,9 +2,11 @@
 
 #include <QPointer>
 #include <QRemoteObjectDynamicReplica>
+#include <QSslConfiguration>
+#include <QSslSocket>
 
-PxCollegamentoRemoto::PxCollegamentoRemoto(const QUrl& indirizzo, QObject* parent)
-    : PxCollegamento(parent), mIndirizzo(indirizzo)
+PxCollegamentoRemoto::PxCollegamentoRemoto(const QUrl& indirizzo, const PxTls& tls, QObject* parent)
+    : PxCollegamento(parent), mIndirizzo(indirizzo), mTls(tls)
 {
     Connetti();
 }
@@ -13,6 +15,33 @@ void PxCollegamentoRemoto::Connetti()
 {
     mNodo = std::make_unique<QRemoteObjectNode>();
     mInterrotto = false;
+    if (mIndirizzo.scheme() == u"tls") {
+        // The node speaks through a socket of ours once it is encrypted: our certificate
+        // shown, the server's checked against our authority only.
+        QSslConfiguration configurazione;
+        QString errore;
+        if (!mTls.Configura(configurazione, &errore)) {
+            QMetaObject::invokeMethod(this, [this, errore] { Interrompi(errore); }, Qt::QueuedConnection);
+            return;
+        }
+        auto* socket = new QSslSocket(mNodo.get());
+        socket->setSslConfiguration(configurazione);
+        QRemoteObjectNode* nodo = mNodo.get();
+        connect(socket, &QSslSocket::encrypted, nodo, [nodo, socket] { nodo->addClientSideConnection(socket); });
+        connect(socket, &QSslSocket::errorOccurred, this, [this, socket, nodo](QAbstractSocket::SocketError) {
+            if (nodo == mNodo.get())
+                Interrompi(QStringLiteral("%1: %2").arg(mIndirizzo.toString(), socket->errorString()));
+        });
+        socket->connectToHostEncrypted(mIndirizzo.host(), static_cast<quint16>(mIndirizzo.port()));
+        return;
+    }
+    if (mIndirizzo.scheme() != u"local") {
+        const QString motivo = mIndirizzo.scheme() == u"tcp"
+            ? QStringLiteral("%1: il server non si raggiunge in TCP semplice, solo in TLS (tls://host:porta)").arg(mIndirizzo.toString())
+            : QStringLiteral("%1: indirizzo non valido (local:/percorso.sock, tls://host:porta)").arg(mIndirizzo.toString());
+        QMetaObject::invokeMethod(this, [this, motivo] { Interrompi(motivo); }, Qt::QueuedConnection);
+        return;
+    }
     if (!mNodo->connectToNode(mIndirizzo)) {
         mInterrotto = true;
         QMetaObject::invokeMethod(
@@ -26,6 +55,14 @@ PxCollegamentoRemoto::~PxCollegamentoRemoto()
     // The replicas go before the node they belong to.
     mInterrotto = true;
     qDeleteAll(mRepliche);
+}
+
+void PxCollegamentoRemoto::Interrompi(const QString& motivo)
+{
+    if (mInterrotto)
+        return;
+    mInterrotto = true;
+    emit Interrotto(motivo);
 }
 
 bool PxCollegamentoRemoto::Ricollega()

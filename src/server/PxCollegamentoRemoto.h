@@ -1,6 +1,7 @@
 #pragma once
 
 #include "PxCollegamento.h"
+#include "PxTls.h"
 
 #include <QHash>
 #include <QRemoteObjectNode>
@@ -18,8 +19,9 @@ class PxCollegamentoRemoto : public PxCollegamento
     Q_OBJECT
 
 public:
-    // `indirizzo`: "local:<name>" (same machine) or "tcp://host:port".
-    explicit PxCollegamentoRemoto(const QUrl& indirizzo, QObject* parent = nullptr);
+    // `indirizzo`: "local:<name>" or "local:/path.sock" (same machine), or "tls://host:port"
+    // with the files of `tls` (this side's certificate and key, the server's authority).
+    explicit PxCollegamentoRemoto(const QUrl& indirizzo, const PxTls& tls = {}, QObject* parent = nullptr);
     ~PxCollegamentoRemoto() override;
 
     void Acquisisci(const QString& nome, QObject* contesto, Pronta pronta) override;
@@ -30,7 +32,10 @@ public:
 
 private:
     QUrl mIndirizzo;
+    PxTls mTls;
     void Connetti();
+    // Says once, for this connection, that it is lost.
+    void Interrompi(const QString& motivo);
 
     std::unique_ptr<QRemoteObjectNode> mNodo;
     QHash<QString, QRemoteObjectDynamicReplica*> mRepliche;

@@ -14,7 +14,7 @@ constexpr const char* SegnaliServer[] = {
     "StampanteRimossa(QString)", "FtpClienteConnesso(QString)", "FtpClienteDisconnesso(QString)",
     SegnaleRisposta,
 };
-constexpr const char* SlotServer[] = {"RichiediDescrizione(quint64)"};
+constexpr const char* SlotServer[] = {"RichiediDescrizione(quint64)", "RichiediRuolo(quint64)"};
 
 constexpr const char* SegnaliServizio[] = {
     "StatoXmlCambiato(QString)", "CambioStato()", "CambioAttivita()", "NotificaErrore(qint32,QString)",

@@ -74,6 +74,13 @@ void PxSrvServer::Lega()
             mLegatoUnaVolta = true;
             emit Collegato();
         }
+        Chiama("RichiediRuolo", this, [this](const PxRisposta& r) {
+            if (!r.Riuscita())
+                return;
+            mRuolo = r.Testo;
+            mNomeChiamante = QString::fromUtf8(r.Dati);
+            emit RuoloCambiato();
+        });
         Chiama("RichiediDescrizione", this, [this](const PxRisposta& r) { AlDescrizione(r); });
     });
 }

@@ -63,6 +63,11 @@ public:
     bool FileLocali() const;
     // Why the connection failed or was lost; "" while it holds.
     QString Interruzione() const { return mInterruzione; }
+    // What this console may do on the server: "operatore" everything, "osservatore" only read
+    // (a server that does not say is taken to allow everything); and why not, for the user.
+    bool SoloLettura() const { return mRuolo == u"osservatore"; }
+    QString Ruolo() const { return mRuolo; }
+    QString NomeChiamante() const { return mNomeChiamante; }
     // Whether the server is reachable now. After a loss (not a stop: Stato 5) the server is
     // tried again after 0.5 s, then 1, 2, 4, 8 and every 10 s, until it answers; the parts
     // are then bound to it again and Ricollegato follows.
@@ -84,6 +89,8 @@ signals:
     void Riprova(qint32 millisecondi);
     // The server answers again: every part is bound to it and has re-read its state.
     void Ricollegato();
+    // The server said what this console may do.
+    void RuoloCambiato();
 
 protected:
     void AlCollegamento(QObject* sorgente) override;
@@ -107,6 +114,8 @@ private:
     qint32 mStato = 0;
     bool mCaricato = false;
     QString mInterruzione;
+    QString mRuolo = QStringLiteral("operatore");
+    QString mNomeChiamante;
     int mDaCollegare = 0;
     bool mLegatoUnaVolta = false;
     bool mInRiconnessione = false;

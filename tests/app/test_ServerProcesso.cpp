@@ -7,6 +7,7 @@
 #include "PxSrvCartellaDocumenti.h"
 #include "PxSrvServer.h"
 #include "PxSrvServizio.h"
+#include "PxTls.h"
 #include "PxXmlCallBack.h"
 #include "modDemo.h"
 
@@ -20,6 +21,8 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <QSignalSpy>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QUrl>
@@ -323,4 +326,150 @@ TEST_F(ServerProcesso, AConsoleWaitsOutALostServerAndBindsAgainWhenItComesBack)
     EXPECT_TRUE(QTest::qWaitFor([&] {
         return std::any_of(spostati.cbegin(), spostati.cend(), [&](const auto& n) { return n[1].toString() == trasmessi[0]; });
     }, 10000));
+}
+
+namespace {
+
+// A certificate authority, the server's certificate and clients' ones, made with openssl.
+class Pki
+{
+public:
+    explicit Pki(const QString& cartella) : mDir(cartella)
+    {
+        Autorita(u"ca"_s);
+        Autorita(u"altra"_s);
+        Certificato(u"ca"_s, u"localhost"_s, u"DNS:localhost,IP:127.0.0.1"_s);
+        for (const QString& cliente : {u"console-sala"_s, u"monitor-noc"_s})
+            Certificato(u"ca"_s, cliente);
+        Certificato(u"altra"_s, u"intruso"_s);
+    }
+    bool Pronta() const { return mOk; }
+    QString File(const QString& nome) const { return mDir.filePath(nome); }
+    PxTls Di(const QString& nome) const { return {File(nome + u".pem"_s), File(nome + u".key"_s), File(u"ca.pem"_s)}; }
+    QStringList Opzioni(const QString& nome) const
+    {
+        return {u"--tls-cert"_s, File(nome + u".pem"_s), u"--tls-key"_s, File(nome + u".key"_s), u"--tls-ca"_s, File(u"ca.pem"_s)};
+    }
+
+private:
+    void Esegui(const QStringList& argomenti)
+    {
+        QProcess p;
+        p.setWorkingDirectory(mDir.path());
+        p.start(u"openssl"_s, argomenti);
+        mOk = mOk && p.waitForFinished(30000) && p.exitCode() == 0;
+    }
+    void Autorita(const QString& nome)
+    {
+        Esegui({u"req"_s, u"-x509"_s, u"-newkey"_s, u"rsa:2048"_s, u"-nodes"_s, u"-keyout"_s, nome + u".key"_s, u"-out"_s,
+                nome + u".pem"_s, u"-days"_s, u"2"_s, u"-subj"_s, u"/CN="_s + nome});
+    }
+    void Certificato(const QString& ca, const QString& nome, const QString& san = {})
+    {
+        Esegui({u"req"_s, u"-newkey"_s, u"rsa:2048"_s, u"-nodes"_s, u"-keyout"_s, nome + u".key"_s, u"-out"_s, nome + u".csr"_s,
+                u"-subj"_s, u"/CN="_s + nome});
+        QFile estensioni(mDir.filePath(nome + u".ext"_s));
+        mOk = mOk && estensioni.open(QIODevice::WriteOnly);
+        if (!san.isEmpty())
+            estensioni.write("subjectAltName=" + san.toUtf8() + '\n');
+        estensioni.close();
+        Esegui({u"x509"_s, u"-req"_s, u"-in"_s, nome + u".csr"_s, u"-CA"_s, ca + u".pem"_s, u"-CAkey"_s, ca + u".key"_s,
+                u"-CAcreateserial"_s, u"-out"_s, nome + u".pem"_s, u"-days"_s, u"2"_s, u"-extfile"_s, nome + u".ext"_s});
+    }
+
+    QDir mDir;
+    bool mOk = true;
+};
+
+quint16 PortaLibera()
+{
+    QTcpServer prova;
+    prova.listen(QHostAddress::LocalHost);
+    return prova.serverPort();
+}
+
+} // namespace
+
+TEST_F(ServerProcesso, OverTlsOnlyClientsOfItsAuthorityGetInAndObserversOnlyRead)
+{
+    QDir(mDir.path()).mkdir(u"pki"_s);
+    const Pki pki(mDir.filePath(u"pki"_s));
+    ASSERT_TRUE(pki.Pronta()) << "openssl made the certificates";
+    QFile ruoli(QDir(Cartella()).filePath(u"Ruoli.txt"_s));
+    ASSERT_TRUE(ruoli.open(QIODevice::WriteOnly));
+    ruoli.write("# chi può fare cosa\noperatore   console-sala\nosservatore monitor-noc\n");
+    ruoli.close();
+    const QString tls = u"tls://localhost:"_s + QString::number(PortaLibera());
+    QProcess& server = Avvia(QStringLiteral(PLX_SRVD), QStringList{u"--server-folder"_s, Cartella(), u"--listen"_s, Indirizzo(),
+                                                                   u"--listen"_s, u"tls://127.0.0.1:"_s + tls.section(u':', -1)}
+                                                           + pki.Opzioni(u"localhost"_s));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return PxBloccoCartella::Leggi(Cartella()).Indirizzi.size() == 2; }, 15000))
+        << server.readAllStandardError().constData();
+
+    // The operator: everything.
+    PxCollegamentoRemoto viaOperatore(QUrl(tls), pki.Di(u"console-sala"_s));
+    PxSrvServer operatore(&viaOperatore);
+    operatore.Connetti();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return operatore.Caricato() && operatore.Ruolo() == u"operatore"; }, 15000));
+    EXPECT_FALSE(operatore.FileLocali()) << "across the network the server's files are not ours";
+    const QStringList trasmessi = Coda(*operatore.CartellaDocumenti(u"PxSrvDocFax"_s), 8);
+    ASSERT_GE(trasmessi.size(), 2);
+    std::optional<PxRisposta> mossa;
+    operatore.CartellaDocumenti(u"PxSrvDocFax"_s)->SpostaDocumenti(Selezione({trasmessi[0]}), 2, nullptr,
+                                                                   [&](const PxRisposta& r) { mossa = r; });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return mossa.has_value(); }, 10000));
+    EXPECT_TRUE(mossa->Riuscita()) << qPrintable(mossa->Testo);
+
+    // The observer: reads, and is refused every change with the reason.
+    PxCollegamentoRemoto viaOsservatore(QUrl(tls), pki.Di(u"monitor-noc"_s));
+    PxSrvServer osservatore(&viaOsservatore);
+    osservatore.Connetti();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return osservatore.Caricato() && osservatore.SoloLettura(); }, 15000));
+    EXPECT_EQ(Coda(*osservatore.CartellaDocumenti(u"PxSrvDocFax"_s), 8).size() + 1, trasmessi.size()) << "it reads";
+    std::optional<PxRisposta> rifiutata, sospesa;
+    osservatore.CartellaDocumenti(u"PxSrvDocFax"_s)->SpostaDocumenti(Selezione({trasmessi[1]}), 2, nullptr,
+                                                                     [&](const PxRisposta& r) { rifiutata = r; });
+    osservatore.Servizio(u"PxSrvFax"_s)->Sospendi(nullptr, [&](const PxRisposta& r) { sospesa = r; });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return rifiutata.has_value() && sospesa.has_value(); }, 10000));
+    EXPECT_EQ(rifiutata->Esito, modContratto::Rifiutato);
+    EXPECT_TRUE(rifiutata->Testo.contains(u"osservatore"_s)) << qPrintable(rifiutata->Testo);
+    EXPECT_EQ(sospesa->Esito, modContratto::Rifiutato);
+    EXPECT_TRUE(Coda(*operatore.CartellaDocumenti(u"PxSrvDocFax"_s), 8).contains(trasmessi[1])) << "nothing moved";
+
+    // A certificate from another authority, and a client that speaks no TLS, never get in.
+    PxCollegamentoRemoto viaIntruso(QUrl(tls), pki.Di(u"intruso"_s));
+    PxSrvServer intruso(&viaIntruso);
+    QSignalSpy respinto(&intruso, &PxSrvServer::Interrotto);
+    intruso.Connetti();
+    ASSERT_TRUE(respinto.wait(15000));
+    EXPECT_FALSE(intruso.Caricato());
+    QTcpSocket semplice;
+    semplice.connectToHost(QHostAddress::LocalHost, static_cast<quint16>(QUrl(tls).port()));
+    ASSERT_TRUE(semplice.waitForConnected(5000));
+    semplice.write("QtRO\n");
+    EXPECT_TRUE(semplice.waitForDisconnected(15000)) << "the server hangs up on plain TCP";
+
+    // The log says who did what, and who was turned away.
+    QFile log(QDir(Cartella()).filePath(u"Log/PxSrvServer.log"_s));
+    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
+    const QString righe = QString::fromUtf8(log.readAll());
+    EXPECT_TRUE(righe.contains(u"chiesto da console-sala (operatore)"_s));
+    EXPECT_TRUE(righe.contains(u"non consentito: monitor-noc"_s));
+    EXPECT_GE(righe.count(u"Connessione rifiutata da 127.0.0.1"_s), 2) << qPrintable(righe.right(2000));
+}
+
+TEST_F(ServerProcesso, LocalClientsAreOperatorsAndTheClientRefusesPlainTcp)
+{
+    AvviaServer(Indirizzo());
+    Console console(Indirizzo());
+    ASSERT_TRUE(console.Pronta());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return console.Server.Ruolo() == u"operatore"; }, 5000));
+    EXPECT_FALSE(console.Server.SoloLettura());
+
+    PxCollegamentoRemoto semplice(QUrl(u"tcp://127.0.0.1:7420"_s));
+    PxSrvServer server(&semplice);
+    QSignalSpy interrotto(&server, &PxSrvServer::Interrotto);
+    server.Connetti();
+    ASSERT_TRUE(interrotto.wait(5000));
+    EXPECT_TRUE(interrotto[0][0].toString().contains(u"TLS"_s)) << qPrintable(interrotto[0][0].toString());
 }

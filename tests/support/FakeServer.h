@@ -96,8 +96,12 @@ public:
 
     QPointer<FakeBkgConsole> Bkg;
 
+    // What RichiediRuolo answers.
+    QString Ruolo = QStringLiteral("operatore");
+
 public slots:
     void RichiediDescrizione(quint64 n);
+    void RichiediRuolo(quint64 n) { emit Risposta(n, 0, Ruolo, QByteArrayLiteral("prova")); }
 
 signals:
     void Caricamento(qint32 fatti, qint32 totale, const QString& testo);
