@@ -2,7 +2,8 @@
 // listing handed to its callback, for the fax folder of a 100,000-document demo (about
 // 30,000 fax documents). The baseline is the server in the console's own thread; then the
 // server on its own thread (as the console runs it), then across Qt Remote Objects on a
-// local socket (as a server in another process would be reached).
+// local socket (as a server in another process would be reached), and over TLS on loopback
+// (as a console across the network reaches it).
 //
 // The demo folder is made once and kept ($PLX_BENCH_DEMO, default /var/tmp/plx-bench-100000):
 // making it takes about half a minute and 3.4 GB.
@@ -17,12 +18,16 @@
 #include "RefServer.h"
 #include "modDemo.h"
 
+#include "Pki.h"
+
 #include <benchmark/benchmark.h>
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QRemoteObjectHost>
+#include <QTcpServer>
+#include <QTemporaryDir>
 
 #include <cstdio>
 #include <memory>
@@ -100,8 +105,36 @@ void BM_ElencoQtRemoteObjects(benchmark::State& state)
     Giro(state, collegamento);
 }
 
+// As a console across the network reaches it: TCP on loopback inside TLS, with client
+// certificates made for the run.
+void BM_ElencoTls(benchmark::State& state)
+{
+    QTemporaryDir dir;
+    const Pki pki(dir.path());
+    if (!pki.Pronta()) {
+        state.SkipWithError("openssl could not make the certificates");
+        return;
+    }
+    QTcpServer libera;
+    libera.listen(QHostAddress::LocalHost);
+    const QString porta = QString::number(libera.serverPort());
+    libera.close();
+    RefOspite ospite(CartellaDemo(), RefServer::Opzioni{false, false});
+    QString errore = QStringLiteral("?");
+    ospite.PubblicaRemoto(QUrl(QStringLiteral("tls://127.0.0.1:") + porta), [&](const QString& e) { errore = e; },
+                          pki.Di(QStringLiteral("localhost")));
+    ospite.Avvia();
+    if (!Attendi([&] { return errore != u"?"; }) || !errore.isEmpty()) {
+        state.SkipWithError(qPrintable(errore));
+        return;
+    }
+    PxCollegamentoRemoto collegamento(QUrl(QStringLiteral("tls://localhost:") + porta), pki.Di(QStringLiteral("console-sala")));
+    Giro(state, collegamento);
+}
+
 } // namespace
 
 BENCHMARK(BM_BaselineElencoNelloStessoFilo)->Unit(benchmark::kMillisecond)->UseRealTime()->MinTime(2.0);
 BENCHMARK(BM_ElencoTraFili)->Unit(benchmark::kMillisecond)->UseRealTime()->MinTime(2.0);
 BENCHMARK(BM_ElencoQtRemoteObjects)->Unit(benchmark::kMillisecond)->UseRealTime()->MinTime(2.0);
+BENCHMARK(BM_ElencoTls)->Unit(benchmark::kMillisecond)->UseRealTime()->MinTime(2.0);

@@ -80,12 +80,14 @@ std::unique_ptr<QSettings> PxImpostazioni::ApriRegistro()
 namespace {
 QString ChiaveGeometria(const QString& finestra) { return finestra + QStringLiteral("/Geometria"); }
 QString ChiavePannelli(const QString& finestra) { return finestra + QStringLiteral("/Pannelli"); }
+QString ChiaveNodo(const QString& finestra) { return finestra + QStringLiteral("/Nodo"); }
 } // namespace
 
 PxImpostazioni::Disposizione PxImpostazioni::CaricaDisposizione(const QString& finestra)
 {
     const auto registro = ApriRegistro();
-    return {registro->value(ChiaveGeometria(finestra)).toByteArray(), registro->value(ChiavePannelli(finestra)).toByteArray()};
+    return {registro->value(ChiaveGeometria(finestra)).toByteArray(), registro->value(ChiavePannelli(finestra)).toByteArray(),
+            registro->value(ChiaveNodo(finestra)).toString()};
 }
 
 void PxImpostazioni::SalvaDisposizione(const QString& finestra, const Disposizione& disposizione)
@@ -93,5 +95,6 @@ void PxImpostazioni::SalvaDisposizione(const QString& finestra, const Disposizio
     const auto registro = ApriRegistro();
     registro->setValue(ChiaveGeometria(finestra), disposizione.Geometria);
     registro->setValue(ChiavePannelli(finestra), disposizione.Pannelli);
+    registro->setValue(ChiaveNodo(finestra), disposizione.Nodo);
     registro->sync();
 }

@@ -39,6 +39,7 @@ struct PxImpostazioni
     {
         QByteArray Geometria;
         QByteArray Pannelli;
+        QString Nodo; // the key of the node on display, shown again at the next start
     };
     // Kept under the window's name in the user's store.
     static Disposizione CaricaDisposizione(const QString& finestra);

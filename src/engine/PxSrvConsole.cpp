@@ -16,6 +16,8 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QStandardPaths>
+#include <QRegularExpression>
 #include <QFileInfo>
 #include <QSettings>
 
@@ -116,6 +118,20 @@ QString PxSrvConsole::FileServer(const char* nome) const
                                                      : QString();
 }
 
+QString PxSrvConsole::FileProprio(const char* nome) const
+{
+    // The layout is the console's own: beside the server's files when it shares them, in the
+    // user's data folder, one per server, when the server is across the network.
+    if (!mServer || mServer->FileLocali())
+        return FileServer(nome);
+    QString server = mServer->Cartella();
+    server.replace(QRegularExpression(QStringLiteral("[^A-Za-z0-9._-]+")), QStringLiteral("_"));
+    const QDir proprio(QDir(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation))
+                           .filePath(QStringLiteral("server/") + server));
+    proprio.mkpath(QStringLiteral("."));
+    return proprio.filePath(QString::fromLatin1(nome));
+}
+
 void PxSrvConsole::Inizializza()
 {
     if (mInizializzato)
@@ -187,7 +203,7 @@ void PxSrvConsole::NuovoDocumentoUI()
 
 void PxSrvConsole::CaricaDocumentoUI()
 {
-    const QString file = FileServer(FileUI);
+    const QString file = FileProprio(FileUI);
     const pugi::xml_parse_result esito =
         mUIDocumento.load_file(file.toUtf8().constData(), pugi::parse_default | pugi::parse_declaration | pugi::parse_ws_pcdata);
     const pugi::xml_node radice = mUIDocumento.child("PLX");
@@ -204,7 +220,7 @@ void PxSrvConsole::CaricaDocumentoUI()
 
 void PxSrvConsole::SalvaDocumentoUI()
 {
-    const QString file = FileServer(FileUI);
+    const QString file = FileProprio(FileUI);
     if (file.isEmpty())
         return;
     // Whitespace was kept on load, so the document is written back as it stands.

@@ -111,6 +111,7 @@ private:
     void ChiudiConsole();
     void MostraChiusura();
     QString FileServer(const char* nome) const;
+    QString FileProprio(const char* nome) const;
 
     bool mInizializzato = false;
     qint32 mFase = 0;

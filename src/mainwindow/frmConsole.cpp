@@ -360,6 +360,9 @@ void frmConsole::Inizializza(frmApertura* apertura)
 {
     modTraccia::Proteggi("frmConsole_Inizializza", [&] {
         mPosizione->Inizializza(apertura);
+        // The operator comes back to the node left at the last close.
+        if (QTreeWidgetItem* nodo = mPosizione->Nodo(PxImpostazioni::CaricaDisposizione(objectName()).Nodo))
+            mPosizione->Albero()->setCurrentItem(nodo);
         CollegaServer();
         mInfoSistema->Inizializza();
         if (const PxSrvServer* server = mContesto.Server())
@@ -503,8 +506,7 @@ void frmConsole::Termina()
     modTraccia::Proteggi("frmConsole_Termina", [&] {
         mVista.reset(); // saves its layout while the layout document is still there
         mInfoSistema->Termina();
-        mChiaveVisualizzata.clear();
-        PxImpostazioni::SalvaDisposizione(objectName(), {saveGeometry(), saveState()});
+        PxImpostazioni::SalvaDisposizione(objectName(), {saveGeometry(), saveState(), std::exchange(mChiaveVisualizzata, {})});
     });
 }
 

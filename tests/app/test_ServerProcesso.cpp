@@ -3,6 +3,7 @@
 // consoles that see each other's moves, and the client's exit statuses.
 #include "PxBloccoCartella.h"
 #include "PxCollegamentoRemoto.h"
+#include "PxIntestazioneHpx.h"
 #include "PxServerFiglio.h"
 #include "PxSrvCartellaDocumenti.h"
 #include "PxSrvServer.h"
@@ -11,6 +12,7 @@
 #include "PxXmlCallBack.h"
 #include "modDemo.h"
 
+#include "Pki.h"
 #include "Selezione.h"
 
 #include <gtest/gtest.h>
@@ -20,6 +22,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QSet>
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -330,57 +333,6 @@ TEST_F(ServerProcesso, AConsoleWaitsOutALostServerAndBindsAgainWhenItComesBack)
 
 namespace {
 
-// A certificate authority, the server's certificate and clients' ones, made with openssl.
-class Pki
-{
-public:
-    explicit Pki(const QString& cartella) : mDir(cartella)
-    {
-        Autorita(u"ca"_s);
-        Autorita(u"altra"_s);
-        Certificato(u"ca"_s, u"localhost"_s, u"DNS:localhost,IP:127.0.0.1"_s);
-        for (const QString& cliente : {u"console-sala"_s, u"monitor-noc"_s})
-            Certificato(u"ca"_s, cliente);
-        Certificato(u"altra"_s, u"intruso"_s);
-    }
-    bool Pronta() const { return mOk; }
-    QString File(const QString& nome) const { return mDir.filePath(nome); }
-    PxTls Di(const QString& nome) const { return {File(nome + u".pem"_s), File(nome + u".key"_s), File(u"ca.pem"_s)}; }
-    QStringList Opzioni(const QString& nome) const
-    {
-        return {u"--tls-cert"_s, File(nome + u".pem"_s), u"--tls-key"_s, File(nome + u".key"_s), u"--tls-ca"_s, File(u"ca.pem"_s)};
-    }
-
-private:
-    void Esegui(const QStringList& argomenti)
-    {
-        QProcess p;
-        p.setWorkingDirectory(mDir.path());
-        p.start(u"openssl"_s, argomenti);
-        mOk = mOk && p.waitForFinished(30000) && p.exitCode() == 0;
-    }
-    void Autorita(const QString& nome)
-    {
-        Esegui({u"req"_s, u"-x509"_s, u"-newkey"_s, u"rsa:2048"_s, u"-nodes"_s, u"-keyout"_s, nome + u".key"_s, u"-out"_s,
-                nome + u".pem"_s, u"-days"_s, u"2"_s, u"-subj"_s, u"/CN="_s + nome});
-    }
-    void Certificato(const QString& ca, const QString& nome, const QString& san = {})
-    {
-        Esegui({u"req"_s, u"-newkey"_s, u"rsa:2048"_s, u"-nodes"_s, u"-keyout"_s, nome + u".key"_s, u"-out"_s, nome + u".csr"_s,
-                u"-subj"_s, u"/CN="_s + nome});
-        QFile estensioni(mDir.filePath(nome + u".ext"_s));
-        mOk = mOk && estensioni.open(QIODevice::WriteOnly);
-        if (!san.isEmpty())
-            estensioni.write("subjectAltName=" + san.toUtf8() + '\n');
-        estensioni.close();
-        Esegui({u"x509"_s, u"-req"_s, u"-in"_s, nome + u".csr"_s, u"-CA"_s, ca + u".pem"_s, u"-CAkey"_s, ca + u".key"_s,
-                u"-CAcreateserial"_s, u"-out"_s, nome + u".pem"_s, u"-days"_s, u"2"_s, u"-extfile"_s, nome + u".ext"_s});
-    }
-
-    QDir mDir;
-    bool mOk = true;
-};
-
 quint16 PortaLibera()
 {
     QTcpServer prova;
@@ -472,4 +424,87 @@ TEST_F(ServerProcesso, LocalClientsAreOperatorsAndTheClientRefusesPlainTcp)
     server.Connetti();
     ASSERT_TRUE(interrotto.wait(5000));
     EXPECT_TRUE(interrotto[0][0].toString().contains(u"TLS"_s)) << qPrintable(interrotto[0][0].toString());
+}
+
+namespace {
+
+// Every document on disk (one folder each, in its queue), by id; and every job waiting or set
+// aside, by name.
+struct Censimento
+{
+    QStringList Documenti;
+    QStringList Lavori;
+};
+
+Censimento Conta(const QString& cartella)
+{
+    Censimento c;
+    for (const QFileInfo& f : QDir(cartella + u"/Documenti"_s).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot))
+        for (const QFileInfo& coda : QDir(f.filePath()).entryInfoList({u"Coda_*"_s}, QDir::Dirs))
+            c.Documenti += QDir(coda.filePath()).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const char* dove : {"Ingresso", "LavoriRespinti"})
+        for (const QFileInfo& s : QDir(cartella + u'/' + QLatin1StringView(dove)).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot))
+            c.Lavori += QDir(s.filePath()).entryList({u"*.hpx"_s}, QDir::Files);
+    return c;
+}
+
+} // namespace
+
+TEST_F(ServerProcesso, AServerStoppedUnderLoadLosesNoJobAndNoDocument)
+{
+    // The fastest pace: jobs taken every 50 ms, every stage moving twenty documents a tick.
+    QFile ini(QDir(Cartella()).filePath(u"PlxConfigurazione.ini"_s));
+    ASSERT_TRUE(ini.open(QIODevice::Append));
+    ini.write("\r\n[Server di riferimento]\r\nIntervalloLavoro=50\r\nDocumentiPerPasso=20\r\nIntervalloIngresso=50\r\n");
+    ini.close();
+    const Censimento prima = Conta(Cartella());
+    QProcess& server = AvviaServer(Indirizzo());
+    const QString ingresso = QDir(Cartella()).filePath(u"Ingresso/PxSrvFax"_s);
+    ASSERT_TRUE(QDir().mkpath(ingresso));
+    PxIntestazioneHpx h;
+    h.ScriviIntero({}, u"Tipo"_s, 2);
+    h.ScriviTesto(u"PROPRIETA"_s, u"Descrizione"_s, u"Fax sotto carico"_s);
+    h.ScriviTesto(u"FAX"_s, u"NumeroFax"_s, u"5551234"_s);
+    const QByteArray intestazione = h.Serializza();
+    // Jobs as a client hands them over: body, then header, each published by a rename.
+    const auto consegna = [&](int n) {
+        const QString base = ingresso + u"/carico-"_s + QString::number(n);
+        for (const auto& [estensione, dati] : {std::pair{u".bpx"_s, QByteArray("Testo\r\n")}, std::pair{u".hpx"_s, intestazione}}) {
+            QFile f(base + u".tmp"_s);
+            ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+            f.write(dati);
+            f.close();
+            ASSERT_TRUE(QFile::rename(base + u".tmp"_s, base + estensione));
+        }
+    };
+    constexpr int Lavori = 120;
+    for (int n = 0; n < Lavori; ++n) {
+        consegna(n);
+        if (n == Lavori / 2) {
+            ASSERT_EQ(::kill(static_cast<pid_t>(server.processId()), SIGTERM), 0); // mid-stream
+        }
+        QTest::qWait(5);
+    }
+    ASSERT_TRUE(server.waitForFinished(30000));
+    EXPECT_EQ(server.exitCode(), 0) << server.readAllStandardError().constData();
+
+    // Every job accepted is a document or still a job; no document is in two queues.
+    const Censimento dopo = Conta(Cartella());
+    EXPECT_EQ(dopo.Documenti.size() + dopo.Lavori.size(), prima.Documenti.size() + prima.Lavori.size() + Lavori);
+    EXPECT_EQ(QSet<QString>(dopo.Documenti.cbegin(), dopo.Documenti.cend()).size(), dopo.Documenti.size());
+    EXPECT_GT(dopo.Documenti.size(), prima.Documenti.size()) << "the server took jobs before it stopped";
+
+    // The next server finds all of it: as many documents listed as on disk.
+    AvviaServer(Indirizzo());
+    Console console(Indirizzo());
+    ASSERT_TRUE(console.Pronta());
+    const QStringList tutte = [&] {
+        QStringList id;
+        for (int coda = 0; coda <= 12; ++coda)
+            id += Coda(*console.Server.CartellaDocumenti(u"PxSrvDocFax"_s), coda);
+        return id;
+    }();
+    const qsizetype suDisco = std::count_if(dopo.Documenti.cbegin(), dopo.Documenti.cend(),
+                                            [](const QString& id) { return id.startsWith(u"FAX-"_s); });
+    EXPECT_GE(tutte.size(), suDisco);
 }
