@@ -210,9 +210,20 @@ int main(int argc, char* argv[])
         }
     }
     // The consoles watch their event loops; the workers keep their usual pace.
+    // The first of two equal keys wins: ours go first in the section.
     QFile ini(QDir(cartella).filePath(QStringLiteral("PlxConfigurazione.ini")));
-    if (ini.open(QIODevice::Append))
-        ini.write("\r\n[Console]\r\nMonitorCicloEventi=-1\r\nLogTracciaProcedure=0\r\n");
+    if (ini.open(QIODevice::ReadWrite)) {
+        QByteArray testo = ini.readAll();
+        const QByteArray nostre = "MonitorCicloEventi=-1\r\nLogTracciaProcedure=0\r\n";
+        testo.replace(nostre, "");
+        const qsizetype sezione = testo.indexOf("[Console]");
+        if (sezione < 0)
+            testo += "\r\n[Console]\r\n" + nostre;
+        else
+            testo.insert(testo.indexOf('\n', sezione) + 1, nostre);
+        ini.resize(0);
+        ini.write(testo);
+    }
     ini.close();
     const QString indirizzo = QStringLiteral("local:") + lavoro.filePath(QStringLiteral("s.sock"));
 
