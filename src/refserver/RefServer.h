@@ -105,6 +105,8 @@ public slots:
     // <Server Stato="4"><Servizio Chiave="PxSrvFax">state XML, as text</Servizio>...
     // <Cartella Chiave="PxSrvDocFax" Servizio="PxSrvFax"/>...<Catalogo Chiave="PxSrvFormati"/></Server>
     void RichiediDescrizione(quint64 richiesta);
+    // Answers with a piece of a file under the server folder (see modLetturaFile).
+    void LeggiFile(quint64 richiesta, const QString& percorso, qint64 inizio, qint32 quanti);
 
 signals:
     void Caricamento(qint32 fatti, qint32 totale, const QString& testo);

@@ -38,6 +38,11 @@ QString PxSrvServer::PercorsoLocale(const QString& scritto, const QString& carte
 
 bool PxSrvServer::FileLocali() const { return mCollegamento && mCollegamento->FileLocali(); }
 
+void PxSrvServer::LeggiFile(const QString& percorso, qint64 inizio, qint32 quanti, QObject* richiedente, Esito fatto)
+{
+    Chiama("LeggiFile", richiedente, std::move(fatto), percorso, inizio, quanti);
+}
+
 void PxSrvServer::Connetti()
 {
     if (!mCollegamento) {
@@ -57,6 +62,13 @@ void PxSrvServer::Connetti()
         Acquisisci(mBkgConsole, false);
         Acquisisci(mUsoSistema, false);
         emit Collegato();
+        // The installation's settings come through the server like every other file, before
+        // the parts are ready: whoever reads them afterwards finds them there.
+        mDaCollegare += 2; // the settings and the description
+        LeggiFile(QString::fromLatin1(FileConfigurazione), 0, modContratto::MassimoLettura, this, [this](const PxRisposta& r) {
+            mConfigurazione = r.Riuscita() ? PxLettoreIni::DaDati(r.Dati) : PxLettoreIni();
+            ParteCollegata();
+        });
         Chiama("RichiediDescrizione", this, [this](const PxRisposta& r) { AlDescrizione(r); });
     });
 }
@@ -111,7 +123,6 @@ void PxSrvServer::AlDescrizione(const PxRisposta& risposta)
         return;
     }
     AlCambioStatoServer(radice.attribute("Stato").as_int(mStato));
-    ++mDaCollegare; // held until every part has been asked for
     for (const pugi::xml_node n : radice.children()) {
         const QString chiave = QString::fromUtf8(n.attribute("Chiave").value());
         if (chiave.isEmpty())
@@ -136,7 +147,7 @@ void PxSrvServer::AlDescrizione(const PxRisposta& risposta)
             Acquisisci(catalogo, true);
         }
     }
-    ParteCollegata();
+    ParteCollegata(); // the description's own hold, taken when it was asked for
 }
 
 void PxSrvServer::AlInterruzione(const QString& motivo)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "IPxStatoServer.h"
+#include "PxLettoreIni.h"
 #include "PxSrvOggetto.h"
 
 #include <QHash>
@@ -59,7 +60,17 @@ public:
     PxSrvEventiServer* Eventi() const { return mEventi; }
     PxSrvBkgConsole* BkgConsole() const { return mBkgConsole; }
     PxSrvUsoSistema* UsoSistema() const { return mUsoSistema; }
+    // Whether this console shares the server's files (same machine): only opening a folder
+    // for the operator needs it; everything else the console reads goes through LeggiFile.
     bool FileLocali() const;
+
+    // A piece of a file of the server folder (a path as the server wrote it), answered later:
+    // at most `quanti` bytes from `inizio` (negative: the last -inizio bytes). See LetturaFile.
+    void LeggiFile(const QString& percorso, qint64 inizio, qint32 quanti, QObject* richiedente, Esito fatto);
+    // The installation's settings ("PlxConfigurazione.ini" of the server folder), as read
+    // through the server while it loaded; empty when it has none.
+    const PxLettoreIni& Configurazione() const { return mConfigurazione; }
+    static constexpr const char* FileConfigurazione = "PlxConfigurazione.ini";
     // Why the connection failed or was lost; "" while it holds.
     QString Interruzione() const { return mInterruzione; }
 
@@ -99,4 +110,5 @@ private:
     PxSrvEventiServer* mEventi;
     PxSrvBkgConsole* mBkgConsole;
     PxSrvUsoSistema* mUsoSistema;
+    PxLettoreIni mConfigurazione;
 };
