@@ -2,10 +2,15 @@
 
 #include "PxConsoleResDll.h"
 #include "PxErrore.h"
+#include "PxRigaLog.h"
+#include "PxSrvServer.h"
+#include "PxSrvServizio.h"
+#include "modPacchettoLavoro.h"
 #include "modCp1252.h"
 #include "modTraccia.h"
 #include "modXml.h"
 
+#include <QCoreApplication>
 #include <QLocale>
 
 #include <pugixml.hpp>
@@ -381,16 +386,74 @@ std::optional<Lavoro> PaginaDiProva(const pugi::xml_node& stampante, const PxCon
     return lavoro;
 }
 
+std::vector<modLavoro::File> File(const Lavoro& lavoro)
+{
+    std::vector<modLavoro::File> file;
+    if (!lavoro.Script.isEmpty())
+        file.push_back({".spx", lavoro.Script});
+    file.push_back({".bpx", lavoro.Corpo});
+    file.push_back({".hpx", lavoro.Intestazione.Serializza()});
+    return file;
+}
+
+void Consegna(PxSrvServizio* servizio, const Lavoro& lavoro, QObject* richiedente, PxSrvOggetto::Esito fatto)
+{
+    const auto rispondi = [richiedente, fatto](const PxRisposta& r) {
+        // Never inside the call, as the server's own answers.
+        QMetaObject::invokeMethod(richiedente ? richiedente : QCoreApplication::instance(), [fatto, r] { if (fatto) fatto(r); },
+                                  Qt::QueuedConnection);
+    };
+    modTraccia::Proteggi("ConsegnaLavoro", [&] {
+        if (!servizio) {
+            rispondi({modContratto::NonDisponibile, QStringLiteral("servizio non disponibile"), {}});
+            throw PxErrore(modErrori::ErrOggettoMancante, QStringLiteral("modContenuto"), QStringLiteral("servizio non disponibile"));
+        }
+        const QByteArray pacchetto = modPacchettoLavoro::Componi(File(lavoro));
+        if (pacchetto.isEmpty()) {
+            rispondi({modContratto::Rifiutato, QStringLiteral("lavoro non valido: %1").arg(lavoro.Base), {}});
+            throw PxErrore(modErrori::ErrOggettoMancante, QStringLiteral("modContenuto"), QStringLiteral("lavoro non valido: %1").arg(lavoro.Base));
+        }
+        servizio->ConsegnaLavoro(lavoro.Base, pacchetto, richiedente, [fatto](const PxRisposta& r) {
+            if (!r.Riuscita())
+                modTraccia::Scrivi(modRigaLog::LivelloErrore, QStringLiteral("Errore in ConsegnaLavoro: %1 - %2").arg(r.Esito).arg(r.Testo));
+            if (fatto)
+                fatto(r);
+        });
+    });
+}
+
+void InviaPaginaDiProva(PxSrvServer* server, const QString& stampante, const PxConsoleResDll& testi, QObject* richiedente,
+                        PxSrvOggetto::Esito fatto)
+{
+    modTraccia::Proteggi("InviaPaginaDiProva", [&] {
+        PxSrvServizio* stampe = server ? server->Servizio(QStringLiteral("PxSrvStampe")) : nullptr;
+        pugi::xml_document stato;
+        if (stampe)
+            stampe->LeggiStato(stato);
+        pugi::xml_node nodo = StampanteDellaChiave(stato.document_element(), stampante);
+        if (!nodo)
+            nodo = TrovaStampante(stato.document_element(), stampante);
+        QString errore;
+        std::optional<Lavoro> lavoro;
+        if (nodo)
+            lavoro = PaginaDiProva(nodo, testi, QDateTime::currentDateTime(), &errore);
+        else
+            errore = QStringLiteral("stampante sconosciuta");
+        if (!lavoro) {
+            const PxRisposta r{stampe ? modContratto::Rifiutato : modContratto::NonDisponibile, stampante + QStringLiteral(": ") + errore, {}};
+            QMetaObject::invokeMethod(richiedente ? richiedente : QCoreApplication::instance(), [fatto, r] { if (fatto) fatto(r); },
+                                      Qt::QueuedConnection);
+            return;
+        }
+        Consegna(stampe, *lavoro, richiedente, std::move(fatto));
+    });
+}
+
 modLavoro::Esito ScriviPaginaDiProva(const Lavoro& lavoro, const QString& cartellaIngresso)
 {
     modLavoro::Esito esito;
     modTraccia::Proteggi("ScriviPaginaDiProva", [&] {
-        std::vector<modLavoro::File> file;
-        if (!lavoro.Script.isEmpty())
-            file.push_back({".spx", lavoro.Script});
-        file.push_back({".bpx", lavoro.Corpo});
-        file.push_back({".hpx", lavoro.Intestazione.Serializza()});
-        esito = modLavoro::Consegna(cartellaIngresso, lavoro.Base, file);
+        esito = modLavoro::Consegna(cartellaIngresso, lavoro.Base, File(lavoro));
         if (!esito.Riuscito)
             throw PxErrore(modErrori::ErrPercorsoNonTrovato, QStringLiteral("modContenuto"), esito.Errore);
     });
