@@ -1,20 +1,19 @@
 #include "frmScriptDocumento.h"
 
 #include "PxContesto.h"
+#include "PxLetturaFile.h"
+#include "PxRigaLog.h"
 #include "PxSrvServer.h"
 #include "modCorpo.h"
 #include "modTraccia.h"
 
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
-#include <QFutureWatcher>
 #include <QHeaderView>
 #include <QRegularExpression>
 #include <QSaveFile>
 #include <QTreeWidget>
 #include <QVBoxLayout>
-#include <QtConcurrent>
 
 #include <pugixml.hpp>
 
@@ -98,20 +97,39 @@ void frmScriptDocumento::CaricaScript(const pugi::xml_node& proprieta)
         return;
     mFile = file;
     const quint64 generazione = ++mGenerazione;
-    auto lavoro = QtConcurrent::run([file]() -> QByteArray {
-        const QFileInfo info(file);
-        if (file.isEmpty() || !info.exists() || !QFileInfo(info.canonicalFilePath()).isFile() || info.size() > Massimo)
-            return {};
-        QFile f(file);
-        return f.open(QIODevice::ReadOnly) ? f.read(Massimo) : QByteArray();
+    PxSrvServer* server = mContesto.Server();
+    if (file.isEmpty() || !server) {
+        Mostra({});
+        return;
+    }
+    LeggiScript(file, {}, generazione);
+}
+
+void frmScriptDocumento::LeggiScript(const QString& file, QByteArray letti, quint64 generazione)
+{
+    PxSrvServer* server = mContesto.Server();
+    if (!server)
+        return;
+    // In pieces of what one answer may carry, up to one byte past the limit, which tells a
+    // script too long to show from one that fits.
+    const qint64 resto = Massimo + 1 - letti.size();
+    const auto quanti = static_cast<qint32>(std::min<qint64>(resto, modContratto::MassimoLettura));
+    server->LeggiFile(file, letti.size(), quanti, this, [this, file, letti, generazione](const PxRisposta& r) mutable {
+        if (generazione != mGenerazione)
+            return;
+        PxLetturaFile pezzo;
+        if (!pezzo.Da(r)) {
+            modTraccia::Scrivi(modRigaLog::LivelloAvviso, QStringLiteral("Script non letto: %1").arg(r.Testo));
+            modTraccia::Proteggi("CaricaScript", [&] { Mostra({}); });
+            return;
+        }
+        letti += pezzo.Dati;
+        if (!pezzo.Dati.isEmpty() && letti.size() < pezzo.Dimensione && letti.size() <= Massimo) {
+            LeggiScript(file, std::move(letti), generazione);
+            return;
+        }
+        modTraccia::Proteggi("CaricaScript", [&] { Mostra(pezzo.Dimensione <= Massimo ? letti : QByteArray()); });
     });
-    auto* osservatore = new QFutureWatcher<QByteArray>(this);
-    connect(osservatore, &QFutureWatcherBase::finished, this, [this, osservatore, generazione] {
-        osservatore->deleteLater();
-        if (generazione == mGenerazione)
-            modTraccia::Proteggi("CaricaScript", [&] { Mostra(osservatore->result()); });
-    });
-    osservatore->setFuture(lavoro);
 }
 
 void frmScriptDocumento::Mostra(const QByteArray& xml)

@@ -21,6 +21,7 @@
 #include <QTimer>
 #include <QTreeView>
 
+#include <QDir>
 #include <QTemporaryDir>
 
 #include <map>
@@ -386,7 +387,8 @@ TEST_F(Proprieta, TheViewersFollowTheSelection)
     frmScriptDocumento script(*sServer->Contesto);
     frmVisFirma firma;
     mPane->ImpostaVisualizzatori(&corpo, &script, &firma);
-    QTemporaryDir dir;
+    // The server reads only its own folder's files.
+    QTemporaryDir dir(QDir(sServer->Dir.path()).filePath(u"viste-XXXXXX"_s));
     QFile bpx(dir.filePath(u"D1.bpx"_s));
     ASSERT_TRUE(bpx.open(QIODevice::WriteOnly));
     bpx.write("Corpo del documento\r\n");
