@@ -2,6 +2,7 @@
 // by request, written by the server into its input folder and taken from there by the folder's
 // own code; and pieces of the server folder's files, nothing outside it.
 #include "PxCollegamento.h"
+#include "PxCollegamentoRemoto.h"
 #include "PxIntestazioneHpx.h"
 #include "PxLetturaFile.h"
 #include "PxSrvServer.h"
@@ -12,11 +13,14 @@
 #include "RefServizio.h"
 #include "modDemo.h"
 #include "modPacchettoLavoro.h"
+#include "modRemoto.h"
 
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QRemoteObjectHost>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -218,4 +222,39 @@ TEST_F(ConsegnaELettura, TheInstallationsSettingsComeThroughTheServer)
     altro.Connetti();
     ASSERT_TRUE(Attendi([&] { return altro.Caricato(); }));
     EXPECT_EQ(altro.Configurazione().Stringa(u"Console"_s, u"EstenzioneFileZip"_s, {}, 100), u".zip"_s);
+}
+
+TEST_F(ConsegnaELettura, BothRequestsCrossQtRemoteObjects)
+{
+    const QUrl indirizzo(u"local:plx-consegna-"_s + QString::number(QCoreApplication::applicationPid()));
+    QRemoteObjectHost host(indirizzo);
+    ASSERT_EQ(modRemoto::Pubblica(host, *mServer), mServer->Nomi().size());
+    PxCollegamentoRemoto remoto(indirizzo);
+    PxSrvServer console(&remoto);
+    console.Connetti();
+    ASSERT_TRUE(Attendi([&] { return console.Caricato(); }));
+
+    // A body of every byte value and a 64-bit offset arrive as they were sent.
+    QByteArray corpo;
+    for (int i = 0; i < 256; ++i)
+        corpo += static_cast<char>(i);
+    const QString file = Scrivi(u"Log/binario.bin"_s, corpo);
+    PxRisposta letta{-1, {}, {}};
+    console.LeggiFile(file, 200, 1000, nullptr, [&](const PxRisposta& r) { letta = r; });
+    ASSERT_TRUE(Attendi([&] { return letta.Esito != -1; }));
+    PxLetturaFile pezzo;
+    ASSERT_TRUE(pezzo.Da(letta)) << qPrintable(letta.Testo);
+    EXPECT_EQ(pezzo.Dati, corpo.mid(200));
+    EXPECT_EQ(pezzo.Dimensione, 256);
+
+    QSignalSpy presi(console.Servizio(u"PxSrvFax"_s), &PxSrvServizio::LavoroPreso);
+    PxRisposta consegnata{-1, {}, {}};
+    console.Servizio(u"PxSrvFax"_s)
+        ->ConsegnaLavoro(u"Da lontano"_s, modPacchettoLavoro::Componi({{".bpx", corpo}, {".hpx", Intestazione()}}), nullptr,
+                         [&](const PxRisposta& r) { consegnata = r; });
+    ASSERT_TRUE(Attendi([&] { return consegnata.Esito != -1; }));
+    ASSERT_EQ(consegnata.Esito, modContratto::Ok) << qPrintable(consegnata.Testo);
+    EXPECT_EQ(mServer->Ingresso(u"PxSrvFax"_s)->Scansiona(), 1);
+    ASSERT_TRUE(Attendi([&] { return !presi.isEmpty(); }));
+    EXPECT_EQ(presi[0][0].toString(), u"Da lontano"_s);
 }
