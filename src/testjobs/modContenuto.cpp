@@ -396,26 +396,39 @@ std::vector<modLavoro::File> File(const Lavoro& lavoro)
     return file;
 }
 
+namespace {
+
+// Answers `fatto` from the event loop, never inside the call, as the server's answers come;
+// dropped if `richiedente` goes first.
+void RispondiPiuTardi(QObject* richiedente, const PxSrvOggetto::Esito& fatto, const PxRisposta& r)
+{
+    QMetaObject::invokeMethod(
+        richiedente ? richiedente : QCoreApplication::instance(),
+        [fatto, r] {
+            if (fatto)
+                fatto(r);
+        },
+        Qt::QueuedConnection);
+}
+
+} // namespace
+
 void Consegna(PxSrvServizio* servizio, const Lavoro& lavoro, QObject* richiedente, PxSrvOggetto::Esito fatto)
 {
-    const auto rispondi = [richiedente, fatto](const PxRisposta& r) {
-        // Never inside the call, as the server's own answers.
-        QMetaObject::invokeMethod(richiedente ? richiedente : QCoreApplication::instance(), [fatto, r] { if (fatto) fatto(r); },
-                                  Qt::QueuedConnection);
-    };
     modTraccia::Proteggi("ConsegnaLavoro", [&] {
-        if (!servizio) {
-            rispondi({modContratto::NonDisponibile, QStringLiteral("servizio non disponibile"), {}});
-            throw PxErrore(modErrori::ErrOggettoMancante, QStringLiteral("modContenuto"), QStringLiteral("servizio non disponibile"));
-        }
-        const QByteArray pacchetto = modPacchettoLavoro::Componi(File(lavoro));
+        const QByteArray pacchetto = servizio ? modPacchettoLavoro::Componi(File(lavoro)) : QByteArray();
         if (pacchetto.isEmpty()) {
-            rispondi({modContratto::Rifiutato, QStringLiteral("lavoro non valido: %1").arg(lavoro.Base), {}});
-            throw PxErrore(modErrori::ErrOggettoMancante, QStringLiteral("modContenuto"), QStringLiteral("lavoro non valido: %1").arg(lavoro.Base));
+            const PxRisposta r{servizio ? modContratto::Rifiutato : modContratto::NonDisponibile,
+                               servizio ? QStringLiteral("lavoro non valido: %1").arg(lavoro.Base)
+                                        : QStringLiteral("servizio non disponibile"),
+                               {}};
+            RispondiPiuTardi(richiedente, fatto, r);
+            throw PxErrore(modErrori::ErrOggettoMancante, QStringLiteral("modContenuto"), r.Testo);
         }
         servizio->ConsegnaLavoro(lavoro.Base, pacchetto, richiedente, [fatto](const PxRisposta& r) {
             if (!r.Riuscita())
-                modTraccia::Scrivi(modRigaLog::LivelloErrore, QStringLiteral("Errore in ConsegnaLavoro: %1 - %2").arg(r.Esito).arg(r.Testo));
+                modTraccia::Scrivi(modRigaLog::LivelloErrore,
+                                   QStringLiteral("Errore in ConsegnaLavoro: %1 - %2").arg(r.Esito).arg(r.Testo));
             if (fatto)
                 fatto(r);
         });
@@ -433,17 +446,15 @@ void InviaPaginaDiProva(PxSrvServer* server, const QString& stampante, const PxC
         pugi::xml_node nodo = StampanteDellaChiave(stato.document_element(), stampante);
         if (!nodo)
             nodo = TrovaStampante(stato.document_element(), stampante);
-        QString errore;
+        QString errore = QStringLiteral("stampante sconosciuta");
         std::optional<Lavoro> lavoro;
         if (nodo)
             lavoro = PaginaDiProva(nodo, testi, QDateTime::currentDateTime(), &errore);
-        else
-            errore = QStringLiteral("stampante sconosciuta");
         if (!lavoro) {
-            const PxRisposta r{stampe ? modContratto::Rifiutato : modContratto::NonDisponibile, stampante + QStringLiteral(": ") + errore, {}};
-            QMetaObject::invokeMethod(richiedente ? richiedente : QCoreApplication::instance(), [fatto, r] { if (fatto) fatto(r); },
-                                      Qt::QueuedConnection);
-            return;
+            const PxRisposta r{stampe ? modContratto::Rifiutato : modContratto::NonDisponibile,
+                               stampante + QStringLiteral(": ") + errore, {}};
+            RispondiPiuTardi(richiedente, fatto, r);
+            throw PxErrore(modErrori::ErrOggettoMancante, QStringLiteral("modContenuto"), r.Testo);
         }
         Consegna(stampe, *lavoro, richiedente, std::move(fatto));
     });
