@@ -142,6 +142,13 @@ TEST_F(ConsegnaELettura, TheServerRefusesWhatIsNotAJobOrNotAPlainName)
     QByteArray estraneo = buono;
     estraneo.replace(".bpx", ".exe");
     EXPECT_TRUE(Consegna(u"PxSrvFax"_s, u"estraneo"_s, estraneo).Testo.contains(u"estensione"_s));
+    // Over the limit: the form is right, the size is not.
+    QByteArray grande = modPacchettoLavoro::Componi({{".bpx", QByteArray(modContratto::MassimoLavoro - 1, 'x')}, {".hpx", "h"}});
+    ASSERT_FALSE(grande.isEmpty());
+    grande.replace(grande.size() - 5, 5, QByteArray::fromHex("0000000268") + QByteArray("h"));
+    const PxRisposta troppo = Consegna(u"PxSrvFax"_s, u"grande"_s, grande);
+    EXPECT_EQ(troppo.Esito, modContratto::Rifiutato);
+    EXPECT_TRUE(troppo.Testo.contains(u"massimo"_s)) << qPrintable(troppo.Testo);
     // A worker has no input folder.
     EXPECT_EQ(Consegna(u"PxSrvTifVm"_s, u"lavoro"_s, buono).Esito, modContratto::Rifiutato);
     EXPECT_TRUE(Ingresso(u"PxSrvFax"_s).isEmpty());
