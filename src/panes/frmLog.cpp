@@ -201,43 +201,37 @@ void frmLog::Leggi(bool daCapo)
             return;
         }
         // The lines are split off the interface thread.
-        const bool parziale = daCapo && pezzo.Inizio > 0;
-        using Righe = std::pair<std::vector<modLog::Riga>, qint64>;
-        auto* osservatore = new QFutureWatcher<Righe>(this);
-        connect(osservatore, &QFutureWatcherBase::finished, this, [this, osservatore, generazione, daCapo, pezzo] {
+        auto* osservatore = new QFutureWatcher<modLog::Lettura>(this);
+        connect(osservatore, &QFutureWatcherBase::finished, this, [this, osservatore, generazione, daCapo] {
             osservatore->deleteLater();
             if (generazione != mGenerazione)
                 return;
-            Righe letto = osservatore->result();
-            Applica(daCapo, pezzo, std::move(letto.first), letto.second);
+            Applica(daCapo, osservatore->result());
         });
-        osservatore->setFuture(QtConcurrent::run([dati = pezzo.Dati, parziale, livelli] {
-            qint64 consumati = 0;
-            std::vector<modLog::Riga> righe = modLog::Righe(dati, parziale, livelli, &consumati);
-            return Righe(std::move(righe), consumati);
-        }));
+        osservatore->setFuture(QtConcurrent::run(modLog::DaPezzo, pezzo, daCapo, livelli));
+        mIdentita = pezzo.Identita;
     });
 }
 
-void frmLog::Applica(bool daCapo, const PxLetturaFile& pezzo, std::vector<modLog::Riga> righe, qint64 consumati)
+void frmLog::Applica(bool daCapo, modLog::Lettura letta)
 {
     mInLettura = false;
     QScrollBar* barra = mxrpLog->verticalScrollBar();
     const bool inFondo = daCapo || barra->value() >= barra->maximum();
+    const bool nuovo = letta.Fine > mFine || daCapo;
     if (daCapo)
-        mModello->Sostituisci(std::move(righe));
-    else if (!righe.empty())
-        mModello->Aggiungi(std::move(righe));
-    else if (consumati == 0 && !mDaRileggere)
+        mModello->Sostituisci(std::move(letta.Righe));
+    else if (!letta.Righe.empty())
+        mModello->Aggiungi(std::move(letta.Righe));
+    else if (!nuovo && !mDaRileggere)
         return; // nothing new
-    mFine = pezzo.Inizio + consumati;
-    mIdentita = pezzo.Identita;
+    mFine = letta.Fine;
     if (inFondo)
         mxrpLog->scrollToBottom();
     emit Letto();
     if (std::exchange(mDaRileggere, false))
         Leggi(true);
-    else if (pezzo.Inizio + pezzo.Dati.size() < pezzo.Dimensione)
+    else if (mFine < letta.Dimensione && nuovo)
         Leggi(false); // more than one answer carries
 }
 

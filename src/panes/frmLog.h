@@ -1,7 +1,6 @@
 #pragma once
 
 #include "PxContratto.h"
-#include "PxLetturaFile.h"
 #include "modLog.h"
 
 #include <QPointer>
@@ -56,7 +55,7 @@ signals:
 
 private:
     void Leggi(bool daCapo);
-    void Applica(bool daCapo, const PxLetturaFile& pezzo, std::vector<modLog::Riga> righe, qint64 consumati);
+    void Applica(bool daCapo, modLog::Lettura letta);
     void Controlla();
     void AggiornaTitolo();
     bool Locale() const;
