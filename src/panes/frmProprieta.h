@@ -112,6 +112,9 @@ private:
     void ImpostaStato(int codice);
     void AbilitaComandi();
     void Esegui(const QModelIndex& indice);
+    // For a console without the server's files: a copy of a document's file, fetched through
+    // the server, opens; a folder says it is the server's.
+    void ApriDalServer(const QString& percorso);
     void Copia();
     PxSrvServizio* ServizioVisualizzato() const;
     // The viewers' calls, each only while its pane exists.

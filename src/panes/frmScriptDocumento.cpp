@@ -1,7 +1,6 @@
 #include "frmScriptDocumento.h"
 
 #include "PxContesto.h"
-#include "PxLetturaFile.h"
 #include "PxRigaLog.h"
 #include "PxSrvServer.h"
 #include "modCorpo.h"
@@ -102,33 +101,12 @@ void frmScriptDocumento::CaricaScript(const pugi::xml_node& proprieta)
         Mostra({});
         return;
     }
-    LeggiScript(file, {}, generazione);
-}
-
-void frmScriptDocumento::LeggiScript(const QString& file, QByteArray letti, quint64 generazione)
-{
-    PxSrvServer* server = mContesto.Server();
-    if (!server)
-        return;
-    // In pieces of what one answer may carry, up to one byte past the limit, which tells a
-    // script too long to show from one that fits.
-    const qint64 resto = Massimo + 1 - letti.size();
-    const auto quanti = static_cast<qint32>(std::min<qint64>(resto, modContratto::MassimoLettura));
-    server->LeggiFile(file, letti.size(), quanti, this, [this, file, letti, generazione](const PxRisposta& r) mutable {
+    server->LeggiTutto(file, Massimo, this, [this, generazione](const PxRisposta& r) {
         if (generazione != mGenerazione)
             return;
-        PxLetturaFile pezzo;
-        if (!pezzo.Da(r)) {
+        if (!r.Riuscita())
             modTraccia::Scrivi(modRigaLog::LivelloAvviso, QStringLiteral("Script non letto: %1").arg(r.Testo));
-            modTraccia::Proteggi("CaricaScript", [&] { Mostra({}); });
-            return;
-        }
-        letti += pezzo.Dati;
-        if (!pezzo.Dati.isEmpty() && letti.size() < pezzo.Dimensione && letti.size() <= Massimo) {
-            LeggiScript(file, std::move(letti), generazione);
-            return;
-        }
-        modTraccia::Proteggi("CaricaScript", [&] { Mostra(pezzo.Dimensione <= Massimo ? letti : QByteArray()); });
+        modTraccia::Proteggi("CaricaScript", [&] { Mostra(r.Riuscita() ? r.Dati : QByteArray()); });
     });
 }
 

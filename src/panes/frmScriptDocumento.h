@@ -32,8 +32,6 @@ signals:
 
 private:
     void Mostra(const QByteArray& xml);
-    // Reads `file` through the server after the `letti` bytes already read, then shows it.
-    void LeggiScript(const QString& file, QByteArray letti, quint64 generazione);
 
     PxContesto& mContesto;
     QTreeWidget* mwbrXml;

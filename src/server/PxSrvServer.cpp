@@ -3,6 +3,7 @@
 #include <QDir>
 
 #include "PxCollegamento.h"
+#include "PxLetturaFile.h"
 #include "PxSrvBkgConsole.h"
 #include "PxSrvCartellaDocumenti.h"
 #include "PxSrvCatalogo.h"
@@ -41,6 +42,36 @@ bool PxSrvServer::FileLocali() const { return mCollegamento && mCollegamento->Fi
 void PxSrvServer::LeggiFile(const QString& percorso, qint64 inizio, qint32 quanti, QObject* richiedente, Esito fatto)
 {
     Chiama("LeggiFile", richiedente, std::move(fatto), percorso, inizio, quanti);
+}
+
+void PxSrvServer::LeggiTutto(const QString& percorso, qint64 massimo, QObject* richiedente, Esito fatto)
+{
+    LeggiDa(percorso, {}, massimo, richiedente, std::move(fatto));
+}
+
+void PxSrvServer::LeggiDa(const QString& percorso, QByteArray letti, qint64 massimo, QObject* richiedente, Esito fatto)
+{
+    // Up to one byte past the limit, which tells a file too large from one that fits.
+    const auto quanti = static_cast<qint32>(std::min<qint64>(massimo + 1 - letti.size(), modContratto::MassimoLettura));
+    LeggiFile(percorso, letti.size(), quanti, richiedente,
+              [this, percorso, letti, massimo, richiedente, fatto = std::move(fatto)](const PxRisposta& r) mutable {
+                  PxLetturaFile pezzo;
+                  if (!pezzo.Da(r)) {
+                      fatto(r.Riuscita() ? PxRisposta{modContratto::Fallito, QStringLiteral("risposta non leggibile"), {}} : r);
+                      return;
+                  }
+                  if (pezzo.Dimensione > massimo) {
+                      fatto({modContratto::Rifiutato,
+                             QStringLiteral("file di %1 byte, oltre il massimo di %2").arg(pezzo.Dimensione).arg(massimo), {}});
+                      return;
+                  }
+                  letti += pezzo.Dati;
+                  if (!pezzo.Dati.isEmpty() && letti.size() < pezzo.Dimensione) {
+                      LeggiDa(percorso, std::move(letti), massimo, richiedente, std::move(fatto));
+                      return;
+                  }
+                  fatto({modContratto::Ok, r.Testo, letti});
+              });
 }
 
 void PxSrvServer::Connetti()

@@ -67,6 +67,9 @@ public:
     // A piece of a file of the server folder (a path as the server wrote it), answered later:
     // at most `quanti` bytes from `inizio` (negative: the last -inizio bytes). See LetturaFile.
     void LeggiFile(const QString& percorso, qint64 inizio, qint32 quanti, QObject* richiedente, Esito fatto);
+    // A whole file of the server folder, asked in pieces: done with every byte in Dati (and
+    // the last piece's Testo), refused when the file is larger than `massimo` bytes.
+    void LeggiTutto(const QString& percorso, qint64 massimo, QObject* richiedente, Esito fatto);
     // The installation's settings ("PlxConfigurazione.ini" of the server folder), as read
     // through the server while it loaded; empty when it has none.
     const PxLettoreIni& Configurazione() const { return mConfigurazione; }
@@ -91,6 +94,7 @@ private slots:
 
 private:
     void AlDescrizione(const PxRisposta& risposta);
+    void LeggiDa(const QString& percorso, QByteArray letti, qint64 massimo, QObject* richiedente, Esito fatto);
     // `parteDescritta`: one of the parts Pronto waits for.
     void Acquisisci(PxSrvOggetto* parte, bool parteDescritta);
     void ParteCollegata();
