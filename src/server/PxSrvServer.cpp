@@ -46,18 +46,25 @@ void PxSrvServer::LeggiFile(const QString& percorso, qint64 inizio, qint32 quant
 
 void PxSrvServer::LeggiTutto(const QString& percorso, qint64 massimo, QObject* richiedente, Esito fatto)
 {
-    LeggiDa(percorso, {}, massimo, richiedente, std::move(fatto));
+    if (fatto)
+        LeggiDa(percorso, {}, {}, massimo, richiedente, std::move(fatto));
 }
 
-void PxSrvServer::LeggiDa(const QString& percorso, QByteArray letti, qint64 massimo, QObject* richiedente, Esito fatto)
+void PxSrvServer::LeggiDa(const QString& percorso, QByteArray letti, const QString& identita, qint64 massimo,
+                          QObject* richiedente, Esito fatto)
 {
     // Up to one byte past the limit, which tells a file too large from one that fits.
     const auto quanti = static_cast<qint32>(std::min<qint64>(massimo + 1 - letti.size(), modContratto::MassimoLettura));
     LeggiFile(percorso, letti.size(), quanti, richiedente,
-              [this, percorso, letti, massimo, richiedente, fatto = std::move(fatto)](const PxRisposta& r) mutable {
+              [this, percorso, letti, identita, massimo, richiedente, fatto = std::move(fatto)](const PxRisposta& r) mutable {
                   PxLetturaFile pezzo;
                   if (!pezzo.Da(r)) {
                       fatto(r.Riuscita() ? PxRisposta{modContratto::Fallito, QStringLiteral("risposta non leggibile"), {}} : r);
+                      return;
+                  }
+                  // Another file took the name between two pieces: no copy made of two files.
+                  if (!identita.isEmpty() && pezzo.Identita != identita) {
+                      fatto({modContratto::Fallito, QStringLiteral("%1 è cambiato durante la lettura").arg(percorso), {}});
                       return;
                   }
                   if (pezzo.Dimensione > massimo) {
@@ -67,7 +74,7 @@ void PxSrvServer::LeggiDa(const QString& percorso, QByteArray letti, qint64 mass
                   }
                   letti += pezzo.Dati;
                   if (!pezzo.Dati.isEmpty() && letti.size() < pezzo.Dimensione) {
-                      LeggiDa(percorso, std::move(letti), massimo, richiedente, std::move(fatto));
+                      LeggiDa(percorso, std::move(letti), pezzo.Identita, massimo, richiedente, std::move(fatto));
                       return;
                   }
                   fatto({modContratto::Ok, r.Testo, letti});

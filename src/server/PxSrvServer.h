@@ -94,7 +94,8 @@ private slots:
 
 private:
     void AlDescrizione(const PxRisposta& risposta);
-    void LeggiDa(const QString& percorso, QByteArray letti, qint64 massimo, QObject* richiedente, Esito fatto);
+    void LeggiDa(const QString& percorso, QByteArray letti, const QString& identita, qint64 massimo, QObject* richiedente,
+                 Esito fatto);
     // `parteDescritta`: one of the parts Pronto waits for.
     void Acquisisci(PxSrvOggetto* parte, bool parteDescritta);
     void ParteCollegata();

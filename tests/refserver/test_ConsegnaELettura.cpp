@@ -265,3 +265,23 @@ TEST_F(ConsegnaELettura, BothRequestsCrossQtRemoteObjects)
     ASSERT_TRUE(Attendi([&] { return !presi.isEmpty(); }));
     EXPECT_EQ(presi[0][0].toString(), u"Da lontano"_s);
 }
+
+TEST_F(ConsegnaELettura, AWholeFileComesInPiecesUpToItsLimit)
+{
+    QByteArray dati(modContratto::MassimoLettura * 2 + 123, Qt::Uninitialized);
+    for (qsizetype i = 0; i < dati.size(); ++i)
+        dati[i] = static_cast<char>(i * 7);
+    Scrivi(u"Documenti/grande.pdf"_s, dati);
+    const auto tutto = [&](qint64 massimo) {
+        PxRisposta risposta{-1, {}, {}};
+        mClient->LeggiTutto(u"Documenti/grande.pdf"_s, massimo, nullptr, [&](const PxRisposta& r) { risposta = r; });
+        EXPECT_TRUE(Attendi([&] { return risposta.Esito != -1; }));
+        return risposta;
+    };
+    const PxRisposta intero = tutto(dati.size());
+    ASSERT_EQ(intero.Esito, modContratto::Ok) << qPrintable(intero.Testo);
+    EXPECT_TRUE(intero.Dati == dati);
+    const PxRisposta oltre = tutto(dati.size() - 1);
+    EXPECT_EQ(oltre.Esito, modContratto::Rifiutato);
+    EXPECT_TRUE(oltre.Dati.isEmpty());
+}
