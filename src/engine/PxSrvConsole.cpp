@@ -168,12 +168,7 @@ void PxSrvConsole::Inizializza()
         mobjSrvBkgConsoleEventi->Avvia(mServer->Cartella(), mServer->Identificativo(), mPercorsoGui);
     }
 
-    const PxLettoreIni ini(FileServer(FileConfigurazione));
-    const QString console = QStringLiteral("Console");
-    mContesto.mEstensioneFileZip = ini.Stringa(console, QStringLiteral("EstenzioneFileZip"), QStringLiteral(".pxz"), 1024);
-    mContesto.mMostraStrumentiProcessi = ini.Booleano(console, QStringLiteral("MostraStrumentiProcessi"), false);
-    if (ini.Booleano(console, QStringLiteral("MonitorCicloEventi"), false))
-        mMonitor = std::make_unique<PxMonitorCiclo>(mLog);
+    ApplicaConfigurazione();
 
     mImpostazioni.Carica(*PxImpostazioni::ApriRegistro());
     CaricaDocumentoUI();
@@ -185,13 +180,33 @@ void PxSrvConsole::Inizializza()
 
 void PxSrvConsole::LeggiConfigurazioneLog()
 {
-    // Read before the log opens, so that its first line already follows them.
-    const PxLettoreIni ini(FileServer(FileConfigurazione));
+    // Read before the log opens, so that its first line already follows them; a server still
+    // loading has not given its settings yet, and ApplicaConfigurazione follows them later.
+    const PxLettoreIni& ini = mServer->Configurazione();
     const QString console = QStringLiteral("Console");
     mLog.DimensioneMassima = std::clamp<qint64>(ini.Intero(console, QStringLiteral("LogDimensioneMassimaMB"), 10), 1, 4096)
         * 1024 * 1024;
     mLog.NumeroFile = std::clamp(ini.Intero(console, QStringLiteral("LogNumeroFile"), 5), 1, 100);
     mLog.TracciaProcedure = ini.Booleano(console, QStringLiteral("LogTracciaProcedure"), true);
+}
+
+void PxSrvConsole::ApplicaConfigurazione()
+{
+    // The installation's settings as the server gave them (through LeggiFile, while it loaded).
+    const PxLettoreIni& ini = mServer->Configurazione();
+    const QString console = QStringLiteral("Console");
+    mContesto.mEstensioneFileZip = ini.Stringa(console, QStringLiteral("EstenzioneFileZip"), QStringLiteral(".pxz"), 1024);
+    mContesto.mMostraStrumentiProcessi = ini.Booleano(console, QStringLiteral("MostraStrumentiProcessi"), false);
+    if (!mMonitor && ini.Booleano(console, QStringLiteral("MonitorCicloEventi"), false))
+        mMonitor = std::make_unique<PxMonitorCiclo>(mLog);
+    const qint64 dimensione = mLog.DimensioneMassima;
+    const int numero = mLog.NumeroFile;
+    LeggiConfigurazioneLog();
+    // The file's limits are fixed when it opens: changed, it opens again (and appends).
+    if (mLog.Aperto() && (dimensione != mLog.DimensioneMassima || numero != mLog.NumeroFile)) {
+        mLog.Chiudi();
+        mLog.Apri();
+    }
 }
 
 void PxSrvConsole::NuovoDocumentoUI()
@@ -349,6 +364,7 @@ void PxSrvConsole::mobjTimer_TimerEvent()
             if (mServer && !mServer->Caricato() && mServer->Interruzione().isEmpty() && !mArrestoRichiesto)
                 break;
             mFase = 3;
+            ApplicaConfigurazione();
             AvviaLavoro();
             mFase = 4;
             break;

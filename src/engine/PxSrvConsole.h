@@ -84,7 +84,6 @@ public:
 
     // The file names the engine keeps in the server folder.
     static constexpr const char* FileUI = "UIConsole.xml";
-    static constexpr const char* FileConfigurazione = "PlxConfigurazione.ini";
     static QString TitoloProgramma();
 
 public slots:
@@ -104,6 +103,7 @@ private:
     void ImpostaOccupato(bool occupato);
     void ImpostaIntervallo(int millisecondi);
     void LeggiConfigurazioneLog();
+    void ApplicaConfigurazione();
     void NuovoDocumentoUI();
     void CaricaDocumentoUI();
     void SalvaDocumentoUI();

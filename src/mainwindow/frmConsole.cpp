@@ -37,8 +37,6 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QFileInfo>
-#include <QFutureWatcher>
-#include <QtConcurrent>
 #include <QDir>
 #include <QDockWidget>
 #include <QHeaderView>
@@ -786,28 +784,13 @@ void frmConsole::InviaPaginaDiProva(const QStringList& chiaviStampanti)
         const PxConsoleResDll& testi = mContesto.Testi();
         PxSrvServer* server = mContesto.Server();
         PxSrvServizio* stampe = server ? server->Servizio(QStringLiteral("PxSrvStampe")) : nullptr;
-        pugi::xml_document stato;
-        if (stampe)
-            stampe->LeggiStato(stato);
-        const QString cartella = stampe ? stampe->CartellaIngresso() : QString();
-        if (!server || !server->FileLocali() || cartella.isEmpty()) {
+        if (!stampe || stampe->CartellaIngresso().isEmpty()) {
             MostraMessaggio(testi.LoadDllString(8037) + QStringLiteral(" ") + testi.LoadDllString(8022));
             return;
         }
-        std::vector<modContenuto::Lavoro> lavori;
-        const QDateTime adesso = QDateTime::currentDateTime();
         for (const QString& chiave : chiaviStampanti) {
-            QString errore;
-            const pugi::xml_node stampante = modContenuto::StampanteDellaChiave(stato.document_element(), chiave);
-            if (auto lavoro = modContenuto::PaginaDiProva(stampante, testi, adesso, &errore))
-                lavori.push_back(std::move(*lavoro));
-            else
-                MostraMessaggio(testi.LoadDllString(8037) + u' ' + chiave + QStringLiteral(": ") + errore);
-        }
-        // Each job is waited for from before it is written, so that the service's word on it
-        // is heard however fast it comes; "delivered" is said only once the service took it.
-        std::vector<PxAttesaLavoro*> attese;
-        for (size_t i = 0; i < lavori.size(); ++i) {
+            // Each job is waited for from before it is handed over, so that the service's word
+            // on it is heard however fast it comes; "delivered" is said only once it took it.
             auto* attesa = new PxAttesaLavoro(stampe, this);
             connect(attesa, &PxAttesaLavoro::Preso, this, [this](const QString& base) { EsitoProva(8036, base); });
             connect(attesa, &PxAttesaLavoro::Respinto, this,
@@ -816,30 +799,15 @@ void frmConsole::InviaPaginaDiProva(const QStringList& chiaviStampanti)
             connect(attesa, &PxAttesaLavoro::Scaduto, attesa, &QObject::deleteLater);
             connect(attesa, &PxAttesaLavoro::Preso, attesa, &QObject::deleteLater);
             connect(attesa, &PxAttesaLavoro::Respinto, attesa, &QObject::deleteLater);
-            attese.push_back(attesa);
-        }
-        // The disk is written on a worker thread; the answer comes back here.
-        auto* osservatore = new QFutureWatcher<std::vector<modLavoro::Esito>>(this);
-        connect(osservatore, &QFutureWatcherBase::finished, this, [this, osservatore, attese] {
-            const PxConsoleResDll& t = mContesto.Testi();
-            const std::vector<modLavoro::Esito> esiti = osservatore->result();
-            for (size_t i = 0; i < esiti.size() && i < attese.size(); ++i) {
-                const modLavoro::Esito& e = esiti[i];
-                if (e.Riuscito) {
-                    attese[i]->Attendi(e.Base, frmInvioProva::AttesaPredefinita);
-                } else {
-                    attese[i]->deleteLater();
-                    MostraMessaggio(t.LoadDllString(8037) + u' ' + e.Errore);
+            modContenuto::InviaPaginaDiProva(server, chiave, testi, attesa, [this, attesa](const PxRisposta& r) {
+                if (r.Riuscita()) {
+                    attesa->Attendi(r.Testo, frmInvioProva::AttesaPredefinita);
+                    return;
                 }
-            }
-            osservatore->deleteLater();
-        });
-        osservatore->setFuture(QtConcurrent::run([lavori = std::move(lavori), cartella] {
-            std::vector<modLavoro::Esito> esiti;
-            for (const modContenuto::Lavoro& l : lavori)
-                esiti.push_back(modContenuto::ScriviPaginaDiProva(l, cartella));
-            return esiti;
-        }));
+                attesa->deleteLater();
+                MostraMessaggio(mContesto.Testi().LoadDllString(8037) + u' ' + r.Testo);
+            });
+        }
     });
 }
 

@@ -2,12 +2,11 @@
 
 #include "PxConsoleResDll.h"
 #include "PxContesto.h"
+#include "PxRigaLog.h"
 #include "PxSrvServer.h"
 #include "modTraccia.h"
 
 #include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QFontDatabase>
 #include <QLabel>
 #include <QStatusBar>
@@ -83,26 +82,32 @@ void frmCorpoDocumento::CaricaCorpo(const pugi::xml_node& proprieta)
     mCatalogo = catalogo;
     const modCorpo::Catalogo sequenze = modCorpo::LeggiCatalogo(proprieta.child("CatalogoSorgente"));
     const quint64 generazione = ++mGenerazione;
-    auto lavoro = QtConcurrent::run([file, sequenze]() -> std::optional<PxVistaTesto::Contenuto> {
-        // Only a regular file is read, and only its first MiB: a link to a device or a huge file
-        // costs nothing more.
-        const QFileInfo info(file);
-        if (!info.exists() || !QFileInfo(info.canonicalFilePath()).isFile())
-            return std::nullopt;
-        QFile f(file);
-        if (!f.open(QIODevice::ReadOnly))
-            return std::nullopt;
-        return PxVistaTesto::Prepara(modCorpo::Leggi(modCorpo::Rtf(f.read(modCorpo::Massimo), sequenze)));
-    });
-    auto* osservatore = new QFutureWatcher<std::optional<PxVistaTesto::Contenuto>>(this);
-    connect(osservatore, &QFutureWatcherBase::finished, this, [this, osservatore, generazione] {
-        osservatore->deleteLater();
+    PxSrvServer* server = mContesto.Server();
+    if (!server) {
+        Mostra({});
+        return;
+    }
+    // Its first MiB, through the server: the server reads only a regular file of its own folder.
+    server->LeggiFile(file, 0, static_cast<qint32>(modCorpo::Massimo), this, [this, generazione, sequenze](const PxRisposta& r) {
         if (generazione != mGenerazione)
             return; // another document came since
-        std::optional<PxVistaTesto::Contenuto> c = osservatore->result();
-        modTraccia::Proteggi("CaricaCorpo", [&] { Mostra(c ? std::move(*c) : PxVistaTesto::Contenuto()); });
+        if (!r.Riuscita()) {
+            modTraccia::Scrivi(modRigaLog::LivelloAvviso, QStringLiteral("Corpo non letto: %1").arg(r.Testo));
+            Mostra({});
+            return;
+        }
+        // The conversion off the interface thread.
+        auto* osservatore = new QFutureWatcher<PxVistaTesto::Contenuto>(this);
+        connect(osservatore, &QFutureWatcherBase::finished, this, [this, osservatore, generazione] {
+            osservatore->deleteLater();
+            if (generazione != mGenerazione)
+                return;
+            modTraccia::Proteggi("CaricaCorpo", [&] { Mostra(osservatore->result()); });
+        });
+        osservatore->setFuture(QtConcurrent::run([dati = r.Dati, sequenze] {
+            return PxVistaTesto::Prepara(modCorpo::Leggi(modCorpo::Rtf(dati, sequenze)));
+        }));
     });
-    osservatore->setFuture(lavoro);
 }
 
 void frmCorpoDocumento::Mostra(PxVistaTesto::Contenuto contenuto)

@@ -11,8 +11,8 @@ namespace pugi { class xml_node; }
 
 // The body viewer: the selected document's body as it goes to the printer (its first MiB), in a
 // fixed-pitch 9 pt font, control sequences and server commands in magenta, with the caret's line
-// and column in the status bar. The file is read and converted off the interface thread; a newer
-// document replaces a conversion still under way.
+// and column in the status bar. The file is read through the server and converted off the interface
+// thread; a newer document replaces a reading or conversion still under way.
 class frmCorpoDocumento : public QWidget
 {
     Q_OBJECT

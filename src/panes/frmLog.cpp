@@ -2,12 +2,15 @@
 
 #include "PxConsoleResDll.h"
 #include "PxContesto.h"
+#include "PxLetturaFile.h"
 #include "PxLogConsole.h"
 #include "PxModelloLog.h"
+#include "PxRigaLog.h"
+#include "PxSrvServer.h"
+#include "modLetturaFile.h"
 #include "modTraccia.h"
 
 #include <QAction>
-#include <QFileSystemWatcher>
 #include <QFutureWatcher>
 #include <QHeaderView>
 #include <QLineEdit>
@@ -17,18 +20,7 @@
 #include <QVBoxLayout>
 #include <QtConcurrent>
 
-#include <sys/stat.h>
-
 namespace {
-
-// The file's inode and size; {0, -1} when it is not there.
-std::pair<quint64, qint64> Stato(const QString& file)
-{
-    struct stat s{};
-    if (::stat(QFile::encodeName(file).constData(), &s) != 0)
-        return {0, -1};
-    return {static_cast<quint64>(s.st_ino), static_cast<qint64>(s.st_size)};
-}
 
 constexpr qint32 TestiLivelli[4] = {8041, 8042, 8043, 8044};
 
@@ -37,7 +29,7 @@ constexpr qint32 TestiLivelli[4] = {8041, 8042, 8043, 8044};
 frmLog::frmLog(PxContesto& contesto, QWidget* parent)
     : QWidget(parent), mContesto(contesto), mbndLog(new QToolBar), mxrpLog(new QTreeView),
       mModello(new PxModelloLog(contesto.Testi().LoadDllString(1400), contesto.Testi().LoadDllString(1401), this)),
-      mCerca(new QLineEdit), mOsservatore(new QFileSystemWatcher(this))
+      mCerca(new QLineEdit)
 {
     setObjectName(QStringLiteral("frmLog"));
     const PxConsoleResDll& testi = mContesto.Testi();
@@ -82,8 +74,8 @@ frmLog::frmLog(PxContesto& contesto, QWidget* parent)
     layout->addWidget(mbndLog);
     layout->addWidget(mxrpLog);
 
-    // Growth is noticed by the watcher where it can, and by a look every second where not.
-    connect(mOsservatore, &QFileSystemWatcher::fileChanged, this, [this] { Controlla(); });
+    // Growth is noticed by asking for what follows once a second: the same for a log on this
+    // machine and one on the server's.
     mControllo.setInterval(1000);
     connect(&mControllo, &QTimer::timeout, this, &frmLog::Controlla);
     mTitolo = testi.LoadDllString(7004);
@@ -130,19 +122,20 @@ modLog::Livelli frmLog::Livelli() const
 void frmLog::CaricaLog(const QString& file)
 {
     modTraccia::Proteggi("CaricaLog", [&] {
-        if (!mFile.isEmpty())
-            mOsservatore->removePath(mFile);
         mFile = file;
         AggiornaTitolo();
         mControllo.stop();
         ++mGenerazione; // what was being read for the previous file is dropped
         mInLettura = false;
-        if (mFile.isEmpty() || !QFileInfo::exists(mFile)) {
-            mModello->Svuota();
+        mDaRileggere = false;
+        mFine = 0;
+        mIdentita.clear();
+        // The previous file's lines never show under the new file's title.
+        mModello->Svuota();
+        if (mFile.isEmpty()) {
             emit Letto();
             return;
         }
-        mOsservatore->addPath(mFile);
         mControllo.start();
         Leggi(true);
     });
@@ -151,6 +144,26 @@ void frmLog::CaricaLog(const QString& file)
 void frmLog::AggiungiRigoLog(qint32 icona, qint32 secondi, const QString& testo)
 {
     mModello->Aggiungi({{static_cast<qint8>(icona - 100), secondi, testo}});
+}
+
+bool frmLog::Locale() const
+{
+    // The console's own log is this machine's file; every other log is the server's.
+    return !mContesto.Server() || QFileInfo(mFile) == QFileInfo(mContesto.Log().File());
+}
+
+void frmLog::Chiedi(qint64 inizio, qint32 quanti, std::function<void(const PxRisposta&)> fatto)
+{
+    if (!Locale()) {
+        mContesto.Server()->LeggiFile(mFile, inizio, quanti, this, std::move(fatto));
+        return;
+    }
+    auto* osservatore = new QFutureWatcher<PxRisposta>(this);
+    connect(osservatore, &QFutureWatcherBase::finished, this, [osservatore, fatto = std::move(fatto)] {
+        osservatore->deleteLater();
+        fatto(osservatore->result());
+    });
+    osservatore->setFuture(QtConcurrent::run(modLetturaFile::LeggiRegolare, mFile, inizio, quanti));
 }
 
 void frmLog::Leggi(bool daCapo)
@@ -164,50 +177,67 @@ void frmLog::Leggi(bool daCapo)
     }
     mInLettura = true;
     const quint64 generazione = ++mGenerazione;
-    const qint64 da = daCapo ? 0 : mFine;
-    const auto [identita, dimensione] = Stato(mFile);
-    (void)dimensione;
-    auto* osservatore = new QFutureWatcher<modLog::Lettura>(this);
-    connect(osservatore, &QFutureWatcherBase::finished, this, [this, osservatore, generazione, daCapo, id = identita] {
-        osservatore->deleteLater();
+    const modLog::Livelli livelli = Livelli();
+    // From the start: the tail (the last MiB); then what follows the last whole line read.
+    const qint64 inizio = daCapo ? -modLog::MassimoCoda : mFine;
+    const qint32 quanti = daCapo ? static_cast<qint32>(modLog::MassimoCoda) : modContratto::MassimoLettura;
+    Chiedi(inizio, quanti, [this, generazione, daCapo, livelli](const PxRisposta& r) {
         if (generazione != mGenerazione)
             return;
-        mInLettura = false;
-        modLog::Lettura l = osservatore->result();
-        if (l.Letta) {
-            QScrollBar* barra = mxrpLog->verticalScrollBar();
-            const bool inFondo = daCapo || barra->value() >= barra->maximum();
-            if (daCapo)
-                mModello->Sostituisci(std::move(l.Righe));
-            else
-                mModello->Aggiungi(std::move(l.Righe));
-            mFine = l.Fine;
-            mIdentita = id;
-            if (inFondo)
-                mxrpLog->scrollToBottom();
+        PxLetturaFile pezzo;
+        if (!pezzo.Da(r)) {
+            mInLettura = false;
+            if (daCapo) {
+                // Not there (or not a log): the list stays empty and nothing is asked again.
+                modTraccia::Scrivi(modRigaLog::LivelloAvviso, QStringLiteral("Log non letto: %1").arg(r.Testo));
+                mControllo.stop();
+                emit Letto();
+            }
+            return;
         }
-        emit Letto();
-        if (std::exchange(mDaRileggere, false))
-            Leggi(true);
-        else
-            Controlla();
+        if (!daCapo && (pezzo.Identita != mIdentita || pezzo.Dimensione < mFine)) {
+            mInLettura = false;
+            Leggi(true); // rotated or truncated: from the start
+            return;
+        }
+        // The lines are split off the interface thread.
+        auto* osservatore = new QFutureWatcher<modLog::Lettura>(this);
+        connect(osservatore, &QFutureWatcherBase::finished, this, [this, osservatore, generazione, daCapo] {
+            osservatore->deleteLater();
+            if (generazione != mGenerazione)
+                return;
+            Applica(daCapo, osservatore->result());
+        });
+        osservatore->setFuture(QtConcurrent::run(modLog::DaPezzo, pezzo, daCapo, livelli));
+        mIdentita = pezzo.Identita;
     });
-    osservatore->setFuture(QtConcurrent::run(modLog::Leggi, mFile, da, Livelli()));
+}
+
+void frmLog::Applica(bool daCapo, modLog::Lettura letta)
+{
+    mInLettura = false;
+    QScrollBar* barra = mxrpLog->verticalScrollBar();
+    const bool inFondo = daCapo || barra->value() >= barra->maximum();
+    const bool nuovo = letta.Fine > mFine || daCapo;
+    if (daCapo)
+        mModello->Sostituisci(std::move(letta.Righe));
+    else if (!letta.Righe.empty())
+        mModello->Aggiungi(std::move(letta.Righe));
+    else if (!nuovo && !mDaRileggere)
+        return; // nothing new
+    mFine = letta.Fine;
+    if (inFondo)
+        mxrpLog->scrollToBottom();
+    emit Letto();
+    if (std::exchange(mDaRileggere, false))
+        Leggi(true);
+    else if (mFine < letta.Dimensione && nuovo)
+        Leggi(false); // more than one answer carries
 }
 
 void frmLog::Controlla()
 {
-    if (mFile.isEmpty() || mInLettura)
-        return;
-    // The watcher loses a file replaced by a rotation: it is watched again.
-    if (!mOsservatore->files().contains(mFile) && QFileInfo::exists(mFile))
-        mOsservatore->addPath(mFile);
-    const auto [identita, dimensione] = Stato(mFile);
-    if (dimensione < 0)
-        return;
-    if (identita != mIdentita || dimensione < mFine)
-        Leggi(true); // rotated or truncated: from the start
-    else if (dimensione > mFine)
+    if (!mFile.isEmpty() && !mInLettura)
         Leggi(false);
 }
 

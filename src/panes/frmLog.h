@@ -1,5 +1,6 @@
 #pragma once
 
+#include "PxContratto.h"
 #include "modLog.h"
 
 #include <QPointer>
@@ -11,7 +12,6 @@
 class PxContesto;
 class PxModelloLog;
 class QAction;
-class QFileSystemWatcher;
 class QLineEdit;
 class QToolBar;
 class QTreeView;
@@ -20,7 +20,8 @@ class QTreeView;
 // row per line whose level is checked on the bar "bndLog" (ids 100-103 for levels 0-3). It
 // follows the file as it grows, reading only what was added, and starts again when the file
 // is truncated or replaced by a rotation; the view stays where the operator scrolled unless
-// it was at the bottom. Reading is done off the interface thread.
+// it was at the bottom. A server's log is read through the server (LeggiFile), the console's
+// own from this machine, both in the same pieces; lines are split off the interface thread.
 class frmLog : public QWidget
 {
     Q_OBJECT
@@ -54,21 +55,24 @@ signals:
 
 private:
     void Leggi(bool daCapo);
+    void Applica(bool daCapo, modLog::Lettura letta);
     void Controlla();
     void AggiornaTitolo();
+    bool Locale() const;
+    // A piece of the file on display, as LeggiFile answers it.
+    void Chiedi(qint64 inizio, qint32 quanti, std::function<void(const PxRisposta&)> fatto);
 
     PxContesto& mContesto;
     QToolBar* mbndLog;
     QTreeView* mxrpLog;
     PxModelloLog* mModello;
     QLineEdit* mCerca;
-    QFileSystemWatcher* mOsservatore;
     QTimer mControllo;
     QString mFile;
     QString mTitolo;
     std::function<QString(const QString&)> mNomi;
     qint64 mFine = 0;
-    quint64 mIdentita = 0; // the file's inode: another one means the file was rotated
+    QString mIdentita; // the file's identity: another one means the file was rotated
     quint64 mGenerazione = 0;
     bool mInLettura = false;
     bool mDaRileggere = false;

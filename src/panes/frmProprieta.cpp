@@ -5,6 +5,7 @@
 #include "PxIconResource.h"
 #include "PxImmagini.h"
 #include "PxModelloProprieta.h"
+#include "PxRigaLog.h"
 #include "PxSrvServer.h"
 #include "PxSrvServizio.h"
 #include "frmCorpoDocumento.h"
@@ -27,6 +28,7 @@
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QSaveFile>
 #include <QStyledItemDelegate>
 #include <QToolButton>
 #include <QTreeView>
@@ -577,9 +579,46 @@ void frmProprieta::Esegui(const QModelIndex& indice)
             return;
         // A folder opens wherever it is; a file only when it is a document, never a program.
         testo = server->PercorsoLocale(testo);
+        if (!server->FileLocali()) {
+            ApriDalServer(testo);
+            return;
+        }
         const modApri::Motivo motivo = modApri::ApriPercorso(testo);
         if (motivo != modApri::Consentito)
             emit Messaggio(mContesto.Testi().LoadDllString(motivo) + QStringLiteral(" ") + testo);
+    });
+}
+
+void frmProprieta::ApriDalServer(const QString& percorso)
+{
+    const PxConsoleResDll& testi = mContesto.Testi();
+    const QString suffisso = QFileInfo(percorso).suffix().toLower();
+    if (suffisso.isEmpty()) {
+        emit Messaggio(testi.LoadDllString(8049) + QStringLiteral(" ") + percorso);
+        return;
+    }
+    if (!modApri::TipiDocumento().contains(suffisso)) {
+        emit Messaggio(testi.LoadDllString(modApri::TipoImprevisto) + QStringLiteral(" ") + percorso);
+        return;
+    }
+    mContesto.Server()->LeggiTutto(percorso, modContratto::MassimoFileInviato, this, [this, percorso](const PxRisposta& r) {
+        modTraccia::Proteggi("frmProprieta_ApriDalServer", [&] {
+            const PxConsoleResDll& t = mContesto.Testi();
+            if (!r.Riuscita()) {
+                modTraccia::Scrivi(modRigaLog::LivelloErrore, QStringLiteral("Errore in frmProprieta_ApriDalServer: %1").arg(r.Testo));
+                emit Messaggio(t.LoadDllString(8021) + QStringLiteral(" ") + r.Testo);
+                return;
+            }
+            // The copy is checked like any file before the desktop gets it: never run.
+            QSaveFile copia(QDir(frmScriptDocumento::CartellaLavoro()).filePath(QFileInfo(percorso).fileName()));
+            if (!copia.open(QIODevice::WriteOnly) || copia.write(r.Dati) != r.Dati.size() || !copia.commit()) {
+                modTraccia::Scrivi(modRigaLog::LivelloErrore, QStringLiteral("Errore in frmProprieta_ApriDalServer: %1").arg(copia.errorString()));
+                emit Messaggio(t.LoadDllString(modApri::NessunProgramma) + QStringLiteral(" ") + copia.fileName());
+                return;
+            }
+            if (const modApri::Motivo motivo = modApri::ApriPercorso(copia.fileName()); motivo != modApri::Consentito)
+                emit Messaggio(t.LoadDllString(motivo) + QStringLiteral(" ") + percorso);
+        });
     });
 }
 

@@ -115,6 +115,9 @@ private:
     void ChiediDescrizione(const Riferimento& r, bool collegato);
     void ImpostaStato(int codice);
     void Esegui(const QModelIndex& indice);
+    // For a console without the server's files: a copy of a document's file, fetched through
+    // the server, opens; a folder says it is the server's.
+    void ApriDalServer(const QString& percorso);
     void Copia();
     PxSrvServizio* ServizioVisualizzato() const;
     // The viewers' calls, each only while its pane exists.

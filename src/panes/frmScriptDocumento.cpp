@@ -1,20 +1,18 @@
 #include "frmScriptDocumento.h"
 
 #include "PxContesto.h"
+#include "PxRigaLog.h"
 #include "PxSrvServer.h"
 #include "modCorpo.h"
 #include "modTraccia.h"
 
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
-#include <QFutureWatcher>
 #include <QHeaderView>
 #include <QRegularExpression>
 #include <QSaveFile>
 #include <QTreeWidget>
 #include <QVBoxLayout>
-#include <QtConcurrent>
 
 #include <pugixml.hpp>
 
@@ -98,20 +96,18 @@ void frmScriptDocumento::CaricaScript(const pugi::xml_node& proprieta)
         return;
     mFile = file;
     const quint64 generazione = ++mGenerazione;
-    auto lavoro = QtConcurrent::run([file]() -> QByteArray {
-        const QFileInfo info(file);
-        if (file.isEmpty() || !info.exists() || !QFileInfo(info.canonicalFilePath()).isFile() || info.size() > Massimo)
-            return {};
-        QFile f(file);
-        return f.open(QIODevice::ReadOnly) ? f.read(Massimo) : QByteArray();
+    PxSrvServer* server = mContesto.Server();
+    if (file.isEmpty() || !server) {
+        Mostra({});
+        return;
+    }
+    server->LeggiTutto(file, Massimo, this, [this, generazione](const PxRisposta& r) {
+        if (generazione != mGenerazione)
+            return;
+        if (!r.Riuscita())
+            modTraccia::Scrivi(modRigaLog::LivelloAvviso, QStringLiteral("Script non letto: %1").arg(r.Testo));
+        modTraccia::Proteggi("CaricaScript", [&] { Mostra(r.Riuscita() ? r.Dati : QByteArray()); });
     });
-    auto* osservatore = new QFutureWatcher<QByteArray>(this);
-    connect(osservatore, &QFutureWatcherBase::finished, this, [this, osservatore, generazione] {
-        osservatore->deleteLater();
-        if (generazione == mGenerazione)
-            modTraccia::Proteggi("CaricaScript", [&] { Mostra(osservatore->result()); });
-    });
-    osservatore->setFuture(lavoro);
 }
 
 void frmScriptDocumento::Mostra(const QByteArray& xml)

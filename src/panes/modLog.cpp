@@ -1,8 +1,8 @@
 #include "modLog.h"
 
 #include "PxRigaLog.h"
+#include "modLetturaFile.h"
 
-#include <QFile>
 
 namespace modLog {
 
@@ -60,26 +60,25 @@ std::vector<Riga> Righe(const QByteArray& dati, bool parziale, const Livelli& li
     return righe;
 }
 
-Lettura Leggi(const QString& file, qint64 da, const Livelli& livelli)
+Lettura DaPezzo(const PxLetturaFile& pezzo, bool coda, const Livelli& livelli)
 {
     Lettura l;
-    QFile f(file);
-    if (!f.open(QIODevice::ReadOnly))
-        return l;
-    l.Dimensione = f.size();
-    bool parziale = false;
-    if (da == 0 && l.Dimensione > MassimoCoda) {
-        da = l.Dimensione - MassimoCoda;
-        parziale = true;
-    }
-    if (da > l.Dimensione || !f.seek(da))
-        return l;
-    const QByteArray dati = f.read(l.Dimensione - da);
     qint64 consumati = 0;
-    l.Righe = Righe(dati, parziale, livelli, &consumati);
-    l.Fine = da + consumati;
+    l.Righe = Righe(pezzo.Dati, coda && pezzo.Inizio > 0, livelli, &consumati);
+    l.Fine = pezzo.Inizio + consumati;
+    l.Dimensione = pezzo.Dimensione;
     l.Letta = true;
     return l;
+}
+
+Lettura Leggi(const QString& file, qint64 da, const Livelli& livelli)
+{
+    const bool coda = da == 0;
+    PxLetturaFile pezzo;
+    if (!pezzo.Da(modLetturaFile::LeggiRegolare(file, coda ? -MassimoCoda : da,
+                                                coda ? static_cast<qint32>(MassimoCoda) : modContratto::MassimoLettura)))
+        return {};
+    return DaPezzo(pezzo, coda, livelli);
 }
 
 } // namespace modLog

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "PxLetturaFile.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -30,8 +32,11 @@ struct Lettura
     bool Letta = false;    // false: the file could not be read (the pane keeps what it had)
 };
 
-// Reads `file` from `da` (0: the tail rule applies: over MassimoCoda bytes, only the last
-// MassimoCoda are read and their first, partial line is dropped).
+// The lines of a piece of a log as LeggiFile answers it. `coda`: the piece was asked as the
+// file's tail (its last MassimoCoda bytes); unless it starts the file, its first line is cut
+// and dropped.
+Lettura DaPezzo(const PxLetturaFile& pezzo, bool coda, const Livelli& livelli);
+// Reads `file` of this machine from `da` (0: the tail rule above), as the pane reads a log.
 Lettura Leggi(const QString& file, qint64 da, const Livelli& livelli);
 // The lines of `dati` (whole lines only, the piece after the last CR LF left out); `parziale`:
 // the first line is the end of one cut by the tail rule.

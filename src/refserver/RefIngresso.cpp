@@ -29,6 +29,7 @@ RefIngresso::RefIngresso(const QString& cartellaServer, RefCartellaDocumenti& ca
       mRitardo(this)
 {
     QDir().mkpath(mCartella);
+    mServizio.ImpostaCartellaIngresso(mCartella);
     pugi::xml_node ingresso = mServizio.Elemento("CartellaIngresso");
     ingresso.text().set(QDir::toNativeSeparators(mCartella).toUtf8().constData());
     mServizio.Pubblica();

@@ -13,6 +13,7 @@
 #include "RefUsoSistema.h"
 #include "modCartelle.h"
 #include "modCatalogo.h"
+#include "modLetturaFile.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -283,6 +284,14 @@ void RefServer::RichiediDescrizione(quint64 richiesta)
         return;
     }
     emit Risposta(richiesta, modContratto::Ok, {}, Descrizione());
+}
+
+void RefServer::LeggiFile(quint64 richiesta, const QString& percorso, qint64 inizio, qint32 quanti)
+{
+    const PxRisposta r = modLetturaFile::Leggi(mCartella, percorso, inizio, quanti);
+    if (!r.Riuscita())
+        mLog.Scrivi(modRigaLog::LivelloAvviso, QStringLiteral("Lettura di %1 non eseguita: %2").arg(percorso.left(300), r.Testo));
+    emit Risposta(richiesta, r.Esito, r.Testo, r.Dati);
 }
 
 QByteArray RefServer::Descrizione() const

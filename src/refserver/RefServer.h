@@ -117,6 +117,8 @@ public slots:
     // Tells every console that the server is stopping (Stato StatoInArresto), and stops the
     // workers and input folders taking new work; the owner then destroys the server.
     void AnnunciaArresto();
+    // Answers with a piece of a file under the server folder (see modLetturaFile).
+    void LeggiFile(quint64 richiesta, const QString& percorso, qint64 inizio, qint32 quanti);
 
 signals:
     void Caricamento(qint32 fatti, qint32 totale, const QString& testo);

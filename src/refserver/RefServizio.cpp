@@ -4,8 +4,12 @@
 
 #include "PxContratto.h"
 #include "PxRigaLog.h"
+#include "modDisco.h"
+#include "modLavoro.h"
+#include "modPacchettoLavoro.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 #include <sstream>
 
@@ -136,6 +140,29 @@ void RefServizio::Sospendi(quint64 richiesta)
         emit Risposta(richiesta, modContratto::Ok, {}, {});
     else
         emit Risposta(richiesta, modContratto::Rifiutato, QStringLiteral("%1 è disabilitato").arg(mChiave), {});
+}
+
+void RefServizio::ConsegnaLavoro(quint64 richiesta, const QString& base, const QByteArray& file)
+{
+    const auto rifiuta = [&](qint32 esito, const QString& motivo) {
+        mLog.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("Lavoro consegnato non accettato: %1").arg(motivo));
+        emit Risposta(richiesta, esito, motivo, {});
+    };
+    if (!Consentito(richiesta, QStringLiteral("Consegna del lavoro %1").arg(base.left(200))))
+        return;
+    if (mCartellaIngresso.isEmpty())
+        return rifiuta(modContratto::Rifiutato, QStringLiteral("%1 non ha una cartella di ingresso").arg(mChiave));
+    // The name is checked, not mended: what the console asked for is what it waits for.
+    if (!modDisco::NomeSemplice(base) || base.contains(QStringLiteral("..")) || modLavoro::Sanifica(base) != base)
+        return rifiuta(modContratto::Rifiutato, QStringLiteral("nome di lavoro non ammesso: %1").arg(base.left(200)));
+    QString errore;
+    const std::optional<std::vector<modLavoro::File>> lavoro = modPacchettoLavoro::Leggi(file, &errore);
+    if (!lavoro)
+        return rifiuta(modContratto::Rifiutato, errore);
+    const modLavoro::Esito esito = modLavoro::Consegna(mCartellaIngresso, base, *lavoro);
+    if (!esito.Riuscito)
+        return rifiuta(modContratto::Fallito, esito.Errore);
+    emit Risposta(richiesta, modContratto::Ok, QFileInfo(esito.Base).fileName(), {});
 }
 
 void RefServizio::CambiaStato(qint32 codice)

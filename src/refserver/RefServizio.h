@@ -48,6 +48,9 @@ public:
     // service's input folder what became of it: the document `id`, or set aside for `motivo`.
     void AnnunciaLavoroPreso(const QString& base, const QString& id) { emit LavoroPreso(base, id); }
     void AnnunciaLavoroRespinto(const QString& base, const QString& motivo) { emit LavoroRespinto(base, motivo); }
+    // The input folder where this service takes jobs ("" when it takes none).
+    void ImpostaCartellaIngresso(const QString& cartella) { mCartellaIngresso = cartella; }
+    QString CartellaIngressoRef() const { return mCartellaIngresso; }
     // Reports progress of the work under way.
     void AnnunciaAvanzamento(const QString& attivita, qint32 fatti, qint32 totale) { emit Avanzamento(attivita, fatti, totale); }
 
@@ -55,6 +58,11 @@ public slots:
     void RichiediStato(quint64 richiesta);
     void Avvia(quint64 richiesta);
     void Sospendi(quint64 richiesta);
+    // Puts the job `file` (see modPacchettoLavoro) into the input folder under `base`, or
+    // under `base (2)`, ... when a job of that name still waits there; answered with the
+    // name used. Refused for a service without input folder, a name that is not a plain file
+    // name, a malformed job; failed when the disk refused (nothing of the job is left).
+    void ConsegnaLavoro(quint64 richiesta, const QString& base, const QByteArray& file);
 
 signals:
     void StatoXmlCambiato(const QString& xml);
@@ -81,5 +89,6 @@ private:
     pugi::xml_document mDoc;
     qint32 mCodice = modCatalogo::StatoArrestato;
     QString mStatoXml;
+    QString mCartellaIngresso;
     bool mInAttesa = false;
 };

@@ -43,12 +43,15 @@ class PxCollegamentoDiretto : public PxCollegamento
 public:
     using Trova = std::function<QObject*(const QString& nome)>;
 
-    explicit PxCollegamentoDiretto(Trova trova, QObject* parent = nullptr)
-        : PxCollegamento(parent), mTrova(std::move(trova)) {}
+    // `fileLocali` false: the console behaves as one that cannot read the server's files
+    // (a server on another machine), though it can.
+    explicit PxCollegamentoDiretto(Trova trova, QObject* parent = nullptr, bool fileLocali = true)
+        : PxCollegamento(parent), mTrova(std::move(trova)), mFileLocali(fileLocali) {}
 
     void Acquisisci(const QString& nome, QObject* contesto, Pronta pronta) override;
-    bool FileLocali() const override { return true; }
+    bool FileLocali() const override { return mFileLocali; }
 
 private:
     Trova mTrova;
+    bool mFileLocali;
 };

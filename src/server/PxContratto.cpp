@@ -14,14 +14,16 @@ constexpr const char* SegnaliServer[] = {
     "StampanteRimossa(QString)", "FtpClienteConnesso(QString)", "FtpClienteDisconnesso(QString)",
     SegnaleRisposta,
 };
-constexpr const char* SlotServer[] = {"RichiediDescrizione(quint64)", "RichiediRuolo(quint64)"};
+constexpr const char* SlotServer[] = {"RichiediDescrizione(quint64)", "RichiediRuolo(quint64)",
+                                     "LeggiFile(quint64,QString,qint64,qint32)"};
 
 constexpr const char* SegnaliServizio[] = {
     "StatoXmlCambiato(QString)", "CambioStato()", "CambioAttivita()", "NotificaErrore(qint32,QString)",
     "Avanzamento(QString,qint32,qint32)", "DocumentoSpostato(qint32,QString,QString)", "LavoroPreso(QString,QString)",
     "LavoroRespinto(QString,QString)", SegnaleRisposta,
 };
-constexpr const char* SlotServizio[] = {"RichiediStato(quint64)", "Avvia(quint64)", "Sospendi(quint64)"};
+constexpr const char* SlotServizio[] = {"RichiediStato(quint64)", "Avvia(quint64)", "Sospendi(quint64)",
+                                       "ConsegnaLavoro(quint64,QString,QByteArray)"};
 
 constexpr const char* SegnaliSoloRisposta[] = {SegnaleRisposta};
 constexpr const char* SlotCartella[] = {

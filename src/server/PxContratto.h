@@ -52,6 +52,10 @@ Firme FirmeDi(Genere genere);
 // The answer signal every object has, and the largest output file sent as bytes.
 inline constexpr const char* SegnaleRisposta = "Risposta(quint64,qint32,QString,QByteArray)";
 inline constexpr qint64 MassimoFileInviato = 64 * 1024 * 1024;
+// The most a job handed over by ConsegnaLavoro may weigh (its files together), and the most
+// one LeggiFile answers with: larger reads are asked in pieces.
+inline constexpr qint64 MassimoLavoro = 16 * 1024 * 1024;
+inline constexpr qint32 MassimoLettura = 4 * 1024 * 1024;
 
 } // namespace modContratto
 

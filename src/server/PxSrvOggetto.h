@@ -78,6 +78,8 @@ private:
 template <> inline const char* PxSrvOggetto::NomeTipo<QString>() { return "QString"; }
 template <> inline const char* PxSrvOggetto::NomeTipo<qint32>() { return "qint32"; }
 template <> inline const char* PxSrvOggetto::NomeTipo<bool>() { return "bool"; }
+template <> inline const char* PxSrvOggetto::NomeTipo<qint64>() { return "qint64"; }
+template <> inline const char* PxSrvOggetto::NomeTipo<QByteArray>() { return "QByteArray"; }
 
 template <typename... A>
 void PxSrvOggetto::Chiama(const char* metodo, QObject* richiedente, Esito fatto, const A&... argomenti)

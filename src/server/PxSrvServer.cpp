@@ -3,6 +3,7 @@
 #include <QDir>
 
 #include "PxCollegamento.h"
+#include "PxLetturaFile.h"
 #include "PxSrvBkgConsole.h"
 #include "PxSrvCartellaDocumenti.h"
 #include "PxSrvCatalogo.h"
@@ -44,6 +45,48 @@ QString PxSrvServer::PercorsoLocale(const QString& scritto, const QString& carte
 
 bool PxSrvServer::FileLocali() const { return mCollegamento && mCollegamento->FileLocali(); }
 
+void PxSrvServer::LeggiFile(const QString& percorso, qint64 inizio, qint32 quanti, QObject* richiedente, Esito fatto)
+{
+    Chiama("LeggiFile", richiedente, std::move(fatto), percorso, inizio, quanti);
+}
+
+void PxSrvServer::LeggiTutto(const QString& percorso, qint64 massimo, QObject* richiedente, Esito fatto)
+{
+    if (fatto)
+        LeggiDa(percorso, {}, {}, massimo, richiedente, std::move(fatto));
+}
+
+void PxSrvServer::LeggiDa(const QString& percorso, QByteArray letti, const QString& identita, qint64 massimo,
+                          QObject* richiedente, Esito fatto)
+{
+    // Up to one byte past the limit, which tells a file too large from one that fits.
+    const auto quanti = static_cast<qint32>(std::min<qint64>(massimo + 1 - letti.size(), modContratto::MassimoLettura));
+    LeggiFile(percorso, letti.size(), quanti, richiedente,
+              [this, percorso, letti, identita, massimo, richiedente, fatto = std::move(fatto)](const PxRisposta& r) mutable {
+                  PxLetturaFile pezzo;
+                  if (!pezzo.Da(r)) {
+                      fatto(r.Riuscita() ? PxRisposta{modContratto::Fallito, QStringLiteral("risposta non leggibile"), {}} : r);
+                      return;
+                  }
+                  // Another file took the name between two pieces: no copy made of two files.
+                  if (!identita.isEmpty() && pezzo.Identita != identita) {
+                      fatto({modContratto::Fallito, QStringLiteral("%1 è cambiato durante la lettura").arg(percorso), {}});
+                      return;
+                  }
+                  if (pezzo.Dimensione > massimo) {
+                      fatto({modContratto::Rifiutato,
+                             QStringLiteral("file di %1 byte, oltre il massimo di %2").arg(pezzo.Dimensione).arg(massimo), {}});
+                      return;
+                  }
+                  letti += pezzo.Dati;
+                  if (!pezzo.Dati.isEmpty() && letti.size() < pezzo.Dimensione) {
+                      LeggiDa(percorso, std::move(letti), pezzo.Identita, massimo, richiedente, std::move(fatto));
+                      return;
+                  }
+                  fatto({modContratto::Ok, r.Testo, letti});
+              });
+}
+
 void PxSrvServer::Connetti()
 {
     if (!mCollegamento) {
@@ -80,6 +123,13 @@ void PxSrvServer::Lega()
             mRuolo = r.Testo;
             mNomeChiamante = QString::fromUtf8(r.Dati);
             emit RuoloCambiato();
+        });
+        // The installation's settings come through the server like every other file, before
+        // the parts are ready: whoever reads them afterwards finds them there.
+        mDaCollegare += 2; // the settings and the description
+        LeggiFile(QString::fromLatin1(FileConfigurazione), 0, modContratto::MassimoLettura, this, [this](const PxRisposta& r) {
+            mConfigurazione = r.Riuscita() ? PxLettoreIni::DaDati(r.Dati) : PxLettoreIni();
+            ParteCollegata();
         });
         Chiama("RichiediDescrizione", this, [this](const PxRisposta& r) { AlDescrizione(r); });
     });
@@ -165,7 +215,6 @@ void PxSrvServer::AlDescrizione(const PxRisposta& risposta)
         return;
     }
     AlCambioStatoServer(radice.attribute("Stato").as_int(mStato));
-    ++mDaCollegare; // held until every part has been asked for
     for (const pugi::xml_node n : radice.children()) {
         const QString chiave = QString::fromUtf8(n.attribute("Chiave").value());
         if (chiave.isEmpty())
@@ -198,7 +247,7 @@ void PxSrvServer::AlDescrizione(const PxRisposta& risposta)
             Acquisisci(catalogo, true);
         }
     }
-    ParteCollegata();
+    ParteCollegata(); // the description's own hold, taken when it was asked for
 }
 
 void PxSrvServer::AlInterruzione(const QString& motivo)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "IPxStatoServer.h"
+#include "PxLettoreIni.h"
 #include "PxSrvOggetto.h"
 
 #include <QHash>
@@ -60,7 +61,20 @@ public:
     PxSrvEventiServer* Eventi() const { return mEventi; }
     PxSrvBkgConsole* BkgConsole() const { return mBkgConsole; }
     PxSrvUsoSistema* UsoSistema() const { return mUsoSistema; }
+    // Whether this console shares the server's files (same machine): only opening a folder
+    // for the operator needs it; everything else the console reads goes through LeggiFile.
     bool FileLocali() const;
+
+    // A piece of a file of the server folder (a path as the server wrote it), answered later:
+    // at most `quanti` bytes from `inizio` (negative: the last -inizio bytes). See LetturaFile.
+    void LeggiFile(const QString& percorso, qint64 inizio, qint32 quanti, QObject* richiedente, Esito fatto);
+    // A whole file of the server folder, asked in pieces: done with every byte in Dati (and
+    // the last piece's Testo), refused when the file is larger than `massimo` bytes.
+    void LeggiTutto(const QString& percorso, qint64 massimo, QObject* richiedente, Esito fatto);
+    // The installation's settings ("PlxConfigurazione.ini" of the server folder), as read
+    // through the server while it loaded; empty when it has none.
+    const PxLettoreIni& Configurazione() const { return mConfigurazione; }
+    static constexpr const char* FileConfigurazione = "PlxConfigurazione.ini";
     // Why the connection failed or was lost; "" while it holds.
     QString Interruzione() const { return mInterruzione; }
     // What this console may do on the server: "operatore" everything, "osservatore" only read
@@ -100,6 +114,8 @@ private slots:
 
 private:
     void AlDescrizione(const PxRisposta& risposta);
+    void LeggiDa(const QString& percorso, QByteArray letti, const QString& identita, qint64 massimo, QObject* richiedente,
+                 Esito fatto);
     // `parteDescritta`: one of the parts Pronto waits for.
     void Acquisisci(PxSrvOggetto* parte, bool parteDescritta);
     void ParteCollegata();
@@ -128,4 +144,5 @@ private:
     PxSrvBkgConsole* mBkgConsole;
     PxSrvUsoSistema* mUsoSistema;
     QTimer* mRiprova;
+    PxLettoreIni mConfigurazione;
 };

@@ -35,6 +35,11 @@ void PxSrvServizio::Avvia(QObject* richiedente, Esito fatto) { Chiama("Avvia", r
 
 void PxSrvServizio::Sospendi(QObject* richiedente, Esito fatto) { Chiama("Sospendi", richiedente, std::move(fatto)); }
 
+void PxSrvServizio::ConsegnaLavoro(const QString& base, const QByteArray& file, QObject* richiedente, Esito fatto)
+{
+    Chiama("ConsegnaLavoro", richiedente, std::move(fatto), base, file);
+}
+
 bool PxSrvServizio::LeggiStato(pugi::xml_document& doc) const
 {
     const QByteArray xml = mStatoXml.toUtf8();

@@ -31,6 +31,10 @@ public:
     void Avvia(QObject* richiedente = nullptr, Esito fatto = {});
     // Suspend the service: it keeps its documents but stops moving them.
     void Sospendi(QObject* richiedente = nullptr, Esito fatto = {});
+    // Hands the job `file` (see modPacchettoLavoro) to the service's input folder under the
+    // name `base`; the answer's text is the name the server used (`base`, or `base (2)`, ...
+    // when a job of that name still waits), the one its LavoroPreso or LavoroRespinto carries.
+    void ConsegnaLavoro(const QString& base, const QByteArray& file, QObject* richiedente, Esito fatto);
 
 signals:
     void StatoXmlCambiato();

@@ -14,14 +14,12 @@
 #include <QDialogButtonBox>
 #include <QFileInfo>
 #include <QFormLayout>
-#include <QFutureWatcher>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
-#include <QtConcurrent>
 
 #include <pugixml.hpp>
 
@@ -85,9 +83,9 @@ frmInvioProva::frmInvioProva(PxContesto& contesto, const char* gruppo, const QSt
     connect(mPulsanti, &QDialogButtonBox::accepted, this, &frmInvioProva::accept);
     connect(mPulsanti, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
-    // The input folder, as the service describes itself.
+    // The input folder, as the service describes itself: where the server puts the job.
     if (PxSrvServer* server = mContesto.Server())
-        if (const PxSrvServizio* s = server->Servizio(servizio); s && server->FileLocali())
+        if (const PxSrvServizio* s = server->Servizio(servizio))
             mCartellaIngresso = s->CartellaIngresso();
     mMacchina = std::make_unique<PxImpostazioniMacchina>(mContesto.Server() ? mContesto.Server()->Cartella() : QString());
 }
@@ -282,23 +280,18 @@ void frmInvioProva::accept()
         emit NonPreso(base);
         QDialog::accept();
     });
-    // The disk off the interface thread; the form waits, and closes only once the job is taken.
+    // The server writes the job into its input folder; the form waits, and closes only once
+    // the service took the job.
     mInVio = true;
     mPulsanti->setEnabled(false);
     Segnala(mContesto.Testi().LoadDllString(8018));
-    auto* osservatore = new QFutureWatcher<modLavoro::Esito>(this);
-    connect(osservatore, &QFutureWatcherBase::finished, this, [this, osservatore, attesa] {
-        const modLavoro::Esito esito = osservatore->result();
-        osservatore->deleteLater();
-        if (!esito.Riuscito) {
+    modContenuto::Consegna(servizio, *lavoro, attesa, [this, attesa](const PxRisposta& r) {
+        if (!r.Riuscita()) {
             attesa->deleteLater();
             FineInvio();
-            Segnala(mContesto.Testi().LoadDllString(8037) + u' ' + esito.Errore);
+            Segnala(mContesto.Testi().LoadDllString(8037) + u' ' + r.Testo);
             return;
         }
-        attesa->Attendi(esito.Base, mAttesaMassima);
+        attesa->Attendi(r.Testo, mAttesaMassima);
     });
-    osservatore->setFuture(QtConcurrent::run([l = std::move(*lavoro), cartella = mCartellaIngresso] {
-        return modContenuto::ScriviPaginaDiProva(l, cartella);
-    }));
 }

@@ -18,7 +18,7 @@ class QLabel;
 
 // The frame of the test forms: one field per row of a table (label, the key it is remembered
 // under, kind), filled from what the form last sent on this server machine, and on OK the job
-// composed and handed to the service's input folder off the interface thread. The form then
+// composed and handed to the service through the server, which puts it in its input folder. The form then
 // waits for the service to say what became of the job: taken (the fields are remembered and
 // the form closes), set aside (the reason shows and the form stays open, nothing remembered),
 // or no word in time (the job was handed over but not yet taken: remembered, closed). A
@@ -49,13 +49,14 @@ public:
     static constexpr int AttesaPredefinita = 10000;
     void ImpostaAttesa(int millisecondi) { mAttesaMassima = millisecondi; }
 
-    // The job's destination, for the caller to check: the service's input folder.
+    // The job's destination, for the caller to check: the service's input folder, as the
+    // server names it ("" when the service takes no jobs).
     QString CartellaIngresso() const { return mCartellaIngresso; }
     // The field of `chiave` (tests and derived forms).
     QWidget* Widget(const char* chiave) const { return mCampi.value(QByteArray(chiave)); }
 
 signals:
-    // `base` is always the job's path in the input folder, without extension.
+    // `base` is always the job's file name in the server's input folder, without extension.
     // The service took the job: it is the document `id`.
     void Consegnato(const QString& base, const QString& id);
     // The service set the job aside, not taken, because of `motivo`.

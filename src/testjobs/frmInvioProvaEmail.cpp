@@ -64,7 +64,7 @@ std::optional<modContenuto::Lavoro> frmInvioProvaEmail::Componi(QString*)
 {
     // The vendor's links are the installation's, read when the mail is made.
     const modProva::Collegamenti collegamenti =
-        modProva::LeggiCollegamenti(mContesto.Server() ? mContesto.Server()->Cartella() : QString());
+        mContesto.Server() ? modProva::LeggiCollegamenti(mContesto.Server()->Configurazione()) : modProva::Collegamenti();
     return modProva::Email(DatiPosta(), Formato ? &*Formato : nullptr, mContesto.Testi(), QDateTime::currentDateTime(),
                            collegamenti);
 }

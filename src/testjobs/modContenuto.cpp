@@ -2,10 +2,15 @@
 
 #include "PxConsoleResDll.h"
 #include "PxErrore.h"
+#include "PxRigaLog.h"
+#include "PxSrvServer.h"
+#include "PxSrvServizio.h"
+#include "modPacchettoLavoro.h"
 #include "modCp1252.h"
 #include "modTraccia.h"
 #include "modXml.h"
 
+#include <QCoreApplication>
 #include <QLocale>
 
 #include <pugixml.hpp>
@@ -381,16 +386,85 @@ std::optional<Lavoro> PaginaDiProva(const pugi::xml_node& stampante, const PxCon
     return lavoro;
 }
 
+std::vector<modLavoro::File> File(const Lavoro& lavoro)
+{
+    std::vector<modLavoro::File> file;
+    if (!lavoro.Script.isEmpty())
+        file.push_back({".spx", lavoro.Script});
+    file.push_back({".bpx", lavoro.Corpo});
+    file.push_back({".hpx", lavoro.Intestazione.Serializza()});
+    return file;
+}
+
+namespace {
+
+// Answers `fatto` from the event loop, never inside the call, as the server's answers come;
+// dropped if `richiedente` goes first.
+void RispondiPiuTardi(QObject* richiedente, const PxSrvOggetto::Esito& fatto, const PxRisposta& r)
+{
+    QMetaObject::invokeMethod(
+        richiedente ? richiedente : QCoreApplication::instance(),
+        [fatto, r] {
+            if (fatto)
+                fatto(r);
+        },
+        Qt::QueuedConnection);
+}
+
+} // namespace
+
+void Consegna(PxSrvServizio* servizio, const Lavoro& lavoro, QObject* richiedente, PxSrvOggetto::Esito fatto)
+{
+    modTraccia::Proteggi("ConsegnaLavoro", [&] {
+        const QByteArray pacchetto = servizio ? modPacchettoLavoro::Componi(File(lavoro)) : QByteArray();
+        if (pacchetto.isEmpty()) {
+            const PxRisposta r{servizio ? modContratto::Rifiutato : modContratto::NonDisponibile,
+                               servizio ? QStringLiteral("lavoro non valido: %1").arg(lavoro.Base)
+                                        : QStringLiteral("servizio non disponibile"),
+                               {}};
+            RispondiPiuTardi(richiedente, fatto, r);
+            throw PxErrore(modErrori::ErrOggettoMancante, QStringLiteral("modContenuto"), r.Testo);
+        }
+        servizio->ConsegnaLavoro(lavoro.Base, pacchetto, richiedente, [fatto](const PxRisposta& r) {
+            if (!r.Riuscita())
+                modTraccia::Scrivi(modRigaLog::LivelloErrore,
+                                   QStringLiteral("Errore in ConsegnaLavoro: %1 - %2").arg(r.Esito).arg(r.Testo));
+            if (fatto)
+                fatto(r);
+        });
+    });
+}
+
+void InviaPaginaDiProva(PxSrvServer* server, const QString& stampante, const PxConsoleResDll& testi, QObject* richiedente,
+                        PxSrvOggetto::Esito fatto)
+{
+    modTraccia::Proteggi("InviaPaginaDiProva", [&] {
+        PxSrvServizio* stampe = server ? server->Servizio(QStringLiteral("PxSrvStampe")) : nullptr;
+        pugi::xml_document stato;
+        if (stampe)
+            stampe->LeggiStato(stato);
+        pugi::xml_node nodo = StampanteDellaChiave(stato.document_element(), stampante);
+        if (!nodo)
+            nodo = TrovaStampante(stato.document_element(), stampante);
+        QString errore = QStringLiteral("stampante sconosciuta");
+        std::optional<Lavoro> lavoro;
+        if (nodo)
+            lavoro = PaginaDiProva(nodo, testi, QDateTime::currentDateTime(), &errore);
+        if (!lavoro) {
+            const PxRisposta r{stampe ? modContratto::Rifiutato : modContratto::NonDisponibile,
+                               stampante + QStringLiteral(": ") + errore, {}};
+            RispondiPiuTardi(richiedente, fatto, r);
+            throw PxErrore(modErrori::ErrOggettoMancante, QStringLiteral("modContenuto"), r.Testo);
+        }
+        Consegna(stampe, *lavoro, richiedente, std::move(fatto));
+    });
+}
+
 modLavoro::Esito ScriviPaginaDiProva(const Lavoro& lavoro, const QString& cartellaIngresso)
 {
     modLavoro::Esito esito;
     modTraccia::Proteggi("ScriviPaginaDiProva", [&] {
-        std::vector<modLavoro::File> file;
-        if (!lavoro.Script.isEmpty())
-            file.push_back({".spx", lavoro.Script});
-        file.push_back({".bpx", lavoro.Corpo});
-        file.push_back({".hpx", lavoro.Intestazione.Serializza()});
-        esito = modLavoro::Consegna(cartellaIngresso, lavoro.Base, file);
+        esito = modLavoro::Consegna(cartellaIngresso, lavoro.Base, File(lavoro));
         if (!esito.Riuscito)
             throw PxErrore(modErrori::ErrPercorsoNonTrovato, QStringLiteral("modContenuto"), esito.Errore);
     });

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "PxIntestazioneHpx.h"
+#include "PxSrvOggetto.h"
 #include "modLavoro.h"
 
 #include <QByteArray>
@@ -10,6 +11,8 @@
 #include <optional>
 
 class PxConsoleResDll;
+class PxSrvServer;
+class PxSrvServizio;
 namespace pugi { class xml_node; }
 
 // The printer test page: the job a printer's model code calls for, in the three-file form the
@@ -88,8 +91,25 @@ pugi::xml_node TrovaStampante(const pugi::xml_node& statoStampe, const QString& 
 // The printer whose "Chiave" is `chiave`; a null node if none.
 pugi::xml_node StampanteDellaChiave(const pugi::xml_node& statoStampe, const QString& chiave);
 
-// Writes the job into `cartellaIngresso`. A failure is logged as "Errore in
-// ScriviPaginaDiProva" and nothing of the job is left under a final name.
+// The job's files in the order they are published: script (if any), body, header.
+std::vector<modLavoro::File> File(const Lavoro& lavoro);
+
+// Writes the job into `cartellaIngresso` of a server folder on this machine, for a server
+// that may not be running. A failure is logged as "Errore in ScriviPaginaDiProva" and
+// nothing of the job is left under a final name.
 modLavoro::Esito ScriviPaginaDiProva(const Lavoro& lavoro, const QString& cartellaIngresso);
+
+// Hands the job to `servizio` through the server (ConsegnaLavoro), whether or not this side
+// shares the server's files. `fatto` gets the answer, later: done, with the job's base name
+// in the server's input folder as Testo (the name LavoroPreso / LavoroRespinto will carry),
+// or the reason. A failure is logged as "Errore in ConsegnaLavoro".
+void Consegna(PxSrvServizio* servizio, const Lavoro& lavoro, QObject* richiedente, PxSrvOggetto::Esito fatto);
+
+// Sends the test page of printer `stampante` (its key or its Windows name) of `server`'s
+// printing service, composed from the service's state as the console holds it: `fatto` as
+// for Consegna; a printer unknown or whose page cannot be made is refused, its name and the
+// reason in Testo.
+void InviaPaginaDiProva(PxSrvServer* server, const QString& stampante, const PxConsoleResDll& testi, QObject* richiedente,
+                        PxSrvOggetto::Esito fatto);
 
 } // namespace modContenuto

@@ -77,13 +77,6 @@ Collegamenti LeggiCollegamenti(const PxLettoreIni& ini)
     return c;
 }
 
-Collegamenti LeggiCollegamenti(const QString& cartellaServer)
-{
-    if (cartellaServer.isEmpty())
-        return {};
-    return LeggiCollegamenti(PxLettoreIni(QDir(cartellaServer).filePath(QStringLiteral("PlxConfigurazione.ini"))));
-}
-
 QString Destinazione(const DatiFax& fax)
 {
     return QStringList{fax.PrefissoInternazionale.trimmed(), fax.PrefissoLocale.trimmed(), fax.NumeroFax.trimmed()}

@@ -55,8 +55,6 @@ struct Collegamenti
     QString Sito;
 };
 Collegamenti LeggiCollegamenti(const PxLettoreIni& ini);
-// The same, from the ini file of the server folder `cartellaServer`.
-Collegamenti LeggiCollegamenti(const QString& cartellaServer);
 
 // `formato` null: the standard test. `efax`: through the fax-by-e-mail service, with `posta`'s account.
 modContenuto::Lavoro Fax(const DatiFax& fax, const Formato* formato, const PxConsoleResDll& testi, const QDateTime& quando,

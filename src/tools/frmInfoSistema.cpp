@@ -78,7 +78,7 @@ void frmInfoSistema::Inizializza()
 {
     modTraccia::Proteggi("frmInfoSistema_Inizializza", [&] {
         PxSrvServer* server = mContesto.Server();
-        const PxLettoreIni ini(server ? QDir(server->Cartella()).filePath(QStringLiteral("PlxConfigurazione.ini")) : QString());
+        const PxLettoreIni ini = server ? server->Configurazione() : PxLettoreIni();
         const QString c = QStringLiteral("Console");
         GraficoCpu = ini.Booleano(c, QStringLiteral("GraficoUsoCpu"), true);
         GraficoMemHw = ini.Booleano(c, QStringLiteral("GraficoMemoriaFisica"), true);

@@ -239,6 +239,13 @@ void clsSrvCartella::AbilitaPulsanti(bool abilita)
     // The folder and the output file are tested where they are: the answers come later and
     // count only if the same document is still the chosen one.
     const bool locali = mContesto.Server() && mContesto.Server()->FileLocali();
+    // The one command a console without the server's files cannot offer says why.
+    if (QAction* cartella = barra.Azione(5305)) {
+        const PxConsoleResDll& testi = mContesto.Testi();
+        const QString descrizione = locali ? testi.LoadDllString(1302) : testi.LoadDllString(1302) + u'\n' + testi.LoadDllString(8049);
+        cartella->setToolTip(descrizione);
+        cartella->setStatusTip(locali ? testi.LoadDllString(1302) : testi.LoadDllString(8049));
+    }
     if (locali)
         mCartella->CartellaDocumento(id, this, [this, id](const PxRisposta& r) {
             if (id == mAbilitatoPer && r.Riuscita())
@@ -329,7 +336,7 @@ void clsSrvCartella::GeneraAnteprime()
     modTraccia::Proteggi("GeneraAnteprime", [&] {
         if (!mCartella || NumeroSelezionati() == 0 || !mContesto.Server())
             return;
-        const PxLettoreIni ini(QDir(mContesto.Server()->Cartella()).filePath(QStringLiteral("PlxConfigurazione.ini")));
+        const PxLettoreIni& ini = mContesto.Server()->Configurazione();
         const QString indirizzo = ini.Stringa(QStringLiteral("Server anteprime"), QStringLiteral("IndirizzoPredefinito"), {}, 1024);
         mCartella->GeneraAnteprime(CreaXmlSelezione(), indirizzo, this, Esito("GeneraAnteprime", true));
     });

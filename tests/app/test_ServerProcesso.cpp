@@ -4,6 +4,7 @@
 #include "PxBloccoCartella.h"
 #include "PxCollegamentoRemoto.h"
 #include "PxIntestazioneHpx.h"
+#include "modPacchettoLavoro.h"
 #include "PxServerFiglio.h"
 #include "PxSrvCartellaDocumenti.h"
 #include "PxSrvServer.h"
@@ -386,6 +387,16 @@ TEST_F(ServerProcesso, OverTlsOnlyClientsOfItsAuthorityGetInAndObserversOnlyRead
     EXPECT_EQ(rifiutata->Esito, modContratto::Rifiutato);
     EXPECT_TRUE(rifiutata->Testo.contains(u"osservatore"_s)) << qPrintable(rifiutata->Testo);
     EXPECT_EQ(sospesa->Esito, modContratto::Rifiutato);
+    PxIntestazioneHpx h;
+    h.ScriviIntero({}, u"Tipo"_s, 2);
+    h.ScriviTesto(u"FAX"_s, u"NumeroFax"_s, u"5551234"_s);
+    std::optional<PxRisposta> prova;
+    osservatore.Servizio(u"PxSrvFax"_s)
+        ->ConsegnaLavoro(u"prova-osservatore"_s, modPacchettoLavoro::Componi({{".bpx", "Testo\r\n"}, {".hpx", h.Serializza()}}),
+                         nullptr, [&](const PxRisposta& r) { prova = r; });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return prova.has_value(); }, 10000));
+    EXPECT_EQ(prova->Esito, modContratto::Rifiutato) << "no test job from an observer";
+    EXPECT_FALSE(QFile::exists(QDir(Cartella()).filePath(u"Ingresso/PxSrvFax/prova-osservatore.hpx"_s)));
     EXPECT_TRUE(Coda(*operatore.CartellaDocumenti(u"PxSrvDocFax"_s), 8).contains(trasmessi[1])) << "nothing moved";
 
     // A certificate from another authority, and a client that speaks no TLS, never get in.
@@ -485,7 +496,7 @@ TEST_F(ServerProcesso, AServerStoppedUnderLoadLosesNoJobAndNoDocument)
         }
         QTest::qWait(5);
     }
-    ASSERT_TRUE(server.waitForFinished(30000));
+    ASSERT_TRUE(server.state() == QProcess::NotRunning || server.waitForFinished(30000));
     EXPECT_EQ(server.exitCode(), 0) << server.readAllStandardError().constData();
 
     // Every job accepted is a document or still a job; no document is in two queues.

@@ -6,6 +6,7 @@
 #include "PxSrvServizio.h"
 #include "PxXmlCallBack.h"
 #include "ServerInLinea.h"
+#include "RefIngresso.h"
 #include "clsSrvServizi.h"
 #include "frmConsole.h"
 #include "frmLog.h"
@@ -19,6 +20,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QDir>
+#include <QStatusBar>
 #include <QDockWidget>
 #include <QMenu>
 #include <QMenuBar>
@@ -44,7 +46,8 @@ class Cornice : public ::testing::Test
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(mServer.Avvia(200));
+        // As a console on another machine: nothing of the frame may need the server's files.
+        ASSERT_TRUE(mServer.Avvia(200, false));
         Apri();
     }
 
@@ -358,4 +361,9 @@ TEST_F(Cornice, APrintersNodeShowsThatPrinterAndSendsItsTestPageWithNoSelection)
     const QDir ingresso(QDir(mServer.Dir.path()).filePath(u"Ingresso/PxSrvStampe"_s));
     EXPECT_TRUE(Attendi([&] { return ingresso.exists(u"Pagina di prova di Zebra spedizioni.hpx"_s); }));
     EXPECT_EQ(ingresso.entryList({u"Pagina di prova di *.hpx"_s}, QDir::Files).size(), 1) << "to that printer only";
+    // Delivered is said once the printing service took the page.
+    EXPECT_EQ(mServer.Ref->Ingresso(u"PxSrvStampe"_s)->Scansiona(), 1);
+    const QString consegnata = mServer.Testi.LoadDllString(8036) + u" Pagina di prova di Zebra spedizioni"_s;
+    EXPECT_TRUE(Attendi([&] { return mConsole->statusBar()->currentMessage() == consegnata; }))
+        << qPrintable(mConsole->statusBar()->currentMessage());
 }

@@ -234,7 +234,8 @@ TEST(modCorpo, NulsAreShownAsOSlashAndAreNeverASequence)
 
 namespace {
 
-class Visualizzatori : public SuiteConServer<0>
+// As a console on another machine: the files come through the server.
+class Visualizzatori : public SuiteConServer<0, false>
 {
 protected:
     QString Scrivi(const QString& nome, const QByteArray& dati)
@@ -256,7 +257,8 @@ protected:
         return doc;
     }
 
-    QTemporaryDir mDir;
+    // Inside the server folder: the server reads nothing outside it.
+    QTemporaryDir mDir{QDir(sServer->Dir.path()).filePath(u"viste-XXXXXX"_s)};
 };
 
 } // namespace
@@ -298,6 +300,16 @@ TEST_F(Visualizzatori, TheBodyShowsItsTextAndTheCaretsPlace)
     EXPECT_TRUE(testo->Vuoto());
     corpo.CaricaCorpo(Proprieta({}).document_element());
     EXPECT_EQ(caricati.count(), 4);
+    // A body outside the server folder, directly or behind a link, is not read.
+    QTemporaryDir fuori;
+    QFile esterno(QDir(fuori.path()).filePath(u"D9.bpx"_s));
+    ASSERT_TRUE(esterno.open(QIODevice::WriteOnly));
+    esterno.write("segreto\r\n");
+    esterno.close();
+    ASSERT_TRUE(QFile::link(esterno.fileName(), mDir.filePath(u"D9.bpx"_s)));
+    corpo.CaricaCorpo(Proprieta(u"D9.bpx"_s).document_element());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return caricati.count() == 5; }, 5000));
+    EXPECT_TRUE(testo->Vuoto());
 }
 
 TEST_F(Visualizzatori, TheScriptIsATreeAndNoScriptIsTheBlankPage)

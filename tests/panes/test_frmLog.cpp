@@ -1,3 +1,4 @@
+#include "ServerInLinea.h"
 #include "PxConsoleResDll.h"
 #include "PxContesto.h"
 #include "PxIconResource.h"
@@ -5,6 +6,8 @@
 #include "PxLogConsole.h"
 #include "PxModelloLog.h"
 #include "PxRigaLog.h"
+#include "PxSrvServizio.h"
+#include "RefServizio.h"
 #include "frmLog.h"
 #include "modLog.h"
 
@@ -178,4 +181,48 @@ TEST_F(Pannello, TheTitleNamesTheLogOnDisplay)
     EXPECT_EQ(mLog.Titolo(), mTesti.LoadDllString(7004));
     ASSERT_EQ(titoli.size(), 4);
     EXPECT_EQ(titoli.at(1).at(0).toString(), mTesti.LoadDllString(7004) + u" - D000042.log"_s);
+}
+
+namespace {
+
+// A service's log on a server whose files this console does not share.
+class LogDalServer : public SuiteConServer<0, false>
+{
+};
+
+} // namespace
+
+TEST_F(LogDalServer, AServicesLogComesThroughTheServerAndIsFollowed)
+{
+    ASSERT_FALSE(sServer->Server->FileLocali());
+    RefServizio* servizio = sServer->Ref->ServizioRef(u"PxSrvFax"_s);
+    ASSERT_NE(servizio, nullptr);
+    ASSERT_TRUE(servizio->Log().Scrivi(2, u"prima riga dal server"_s));
+    // The path as the console knows it: from the service's state.
+    pugi::xml_document stato;
+    ASSERT_TRUE(sServer->Server->Servizio(u"PxSrvFax"_s)->LeggiStato(stato));
+    const QString file = PxSrvServer::PercorsoLocale(QString::fromUtf8(stato.document_element().child_value("FileLog")),
+                                                     sServer->Server->Cartella());
+    ASSERT_EQ(QFileInfo(file), QFileInfo(servizio->Log().Percorso()));
+
+    frmLog log(*sServer->Contesto);
+    const auto ultima = [&] { return log.Modello()->Righe().empty() ? QString() : log.Modello()->Righe().back().Testo; };
+    log.CaricaLog(file);
+    ASSERT_TRUE(Attendi([&] { return ultima() == u"prima riga dal server"_s; }));
+    ASSERT_TRUE(servizio->Log().Scrivi(1, u"seconda riga"_s));
+    ASSERT_TRUE(Attendi([&] { return ultima() == u"seconda riga"_s; }));
+    const int righe = log.Modello()->rowCount();
+    // Another file takes the name: the pane starts again from it.
+    ASSERT_TRUE(QFile::rename(file, file + u".1"_s));
+    Scrivi(file, Riga(2, u"file nuovo"_s));
+    ASSERT_TRUE(Attendi([&] { return log.Modello()->rowCount() == 1 && ultima() == u"file nuovo"_s; })) << righe;
+
+    // A log outside the server folder is not read, though this machine could.
+    QTemporaryDir fuori;
+    const QString esterno = QDir(fuori.path()).filePath(u"esterno.log"_s);
+    Scrivi(esterno, Riga(2, u"da non leggere"_s));
+    QSignalSpy letti(&log, &frmLog::Letto);
+    log.CaricaLog(esterno);
+    ASSERT_TRUE(Attendi([&] { return !letti.isEmpty(); }));
+    EXPECT_EQ(log.Modello()->rowCount(), 0);
 }

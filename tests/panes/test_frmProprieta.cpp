@@ -1,4 +1,5 @@
 #include "ServerInLinea.h"
+#include "PxCollegamento.h"
 
 #include "PxModelloProprieta.h"
 #include "RefServizio.h"
@@ -21,6 +22,10 @@
 #include <QTimer>
 #include <QTreeView>
 
+#include <QDir>
+#include <QUrl>
+#include <QScopeGuard>
+#include <QDesktopServices>
 #include <QTemporaryDir>
 
 #include <map>
@@ -380,13 +385,79 @@ TEST_F(Proprieta, ActionsOpenOnlyTheirTextAndNeverRunAnything)
     EXPECT_TRUE(messaggi.at(1).at(0).toString().endsWith(u"/D1.pdf"_s));
 }
 
+namespace {
+
+// Takes the desktop's place for file addresses: what would have been opened.
+class Desktop : public QObject
+{
+    Q_OBJECT
+public:
+    QList<QUrl> Aperti;
+public slots:
+    void Apri(const QUrl& indirizzo) { Aperti << indirizzo; }
+};
+
+} // namespace
+
+TEST_F(Proprieta, WithoutTheServersFilesADocumentsFileOpensAsACopyAndAFolderSaysWhy)
+{
+    PxCollegamentoDiretto altrove([](const QString& nome) { return sServer->Ref->Oggetto(nome); }, nullptr, false);
+    PxSrvServer server(&altrove);
+    server.Connetti();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return server.Caricato(); }, 10000));
+    PxContesto contesto(sServer->Testi, sServer->Icone, sServer->Impostazioni, sServer->Log, &server);
+    const auto fine = qScopeGuard([this] { mPane.reset(); }); // the pane goes before the context it holds
+    mPane = std::make_unique<frmProprieta>(contesto);
+    mCaricati = std::make_unique<QSignalSpy>(mPane.get(), &frmProprieta::Caricato);
+    Desktop desktop;
+    QDesktopServices::setUrlHandler(u"file"_s, &desktop, "Apri");
+    const auto via = qScopeGuard([] { QDesktopServices::unsetUrlHandler(u"file"_s); });
+
+    QTemporaryDir dir(QDir(sServer->Dir.path()).filePath(u"apri-XXXXXX"_s));
+    QFile pdf(dir.filePath(u"D1.pdf"_s));
+    ASSERT_TRUE(pdf.open(QIODevice::WriteOnly));
+    const QByteArray contenuto = "%PDF-1.4\n% prova\n" + QByteArray(5 * 1024 * 1024, 'p'); // more than one answer carries
+    pdf.write(contenuto);
+    pdf.close();
+    mPane->Oggetto(Oggetto(u"D1"_s, Documento("Stampa", u"D1"_s,
+                                              u"<FileCorpo><Percorso>%1</Percorso><Nome>D1.pdf</Nome></FileCorpo>"_s.arg(dir.path()))));
+    ASSERT_TRUE(Attendi());
+    QAction* apri = nullptr;
+    for (QAction* a : mPane->Griglia()->actions())
+        if (a->text() == sServer->Testi.LoadDllString(8048))
+            apri = a;
+    ASSERT_NE(apri, nullptr);
+    QSignalSpy messaggi(mPane.get(), &frmProprieta::Messaggio);
+    const auto premi = [&](int gruppo, int voce) {
+        const QModelIndex g = Voce(gruppo).siblingAtColumn(0);
+        mPane->Griglia()->setCurrentIndex(mPane->Modello()->TrovaTesto(voce, g));
+        apri->trigger();
+    };
+
+    // The file: a copy of this machine's, whole, is what the desktop opens.
+    premi(3034, 3032);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !desktop.Aperti.isEmpty() || !messaggi.isEmpty(); }, 10000));
+    ASSERT_TRUE(messaggi.isEmpty()) << qPrintable(messaggi.at(0).at(0).toString());
+    const QString copia = desktop.Aperti.at(0).toLocalFile();
+    EXPECT_FALSE(copia.startsWith(QFileInfo(sServer->Dir.path()).canonicalFilePath())) << qPrintable(copia);
+    QFile letta(copia);
+    ASSERT_TRUE(letta.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(letta.readAll() == contenuto);
+    // The folder: the server's, and said so.
+    premi(3034, 3031);
+    ASSERT_EQ(messaggi.count(), 1);
+    EXPECT_TRUE(messaggi.at(0).at(0).toString().startsWith(sServer->Testi.LoadDllString(8049)));
+    EXPECT_EQ(desktop.Aperti.size(), 1);
+}
+
 TEST_F(Proprieta, TheViewersFollowTheSelection)
 {
     frmCorpoDocumento corpo(*sServer->Contesto);
     frmScriptDocumento script(*sServer->Contesto);
     frmVisFirma firma;
     mPane->ImpostaVisualizzatori(&corpo, &script, &firma);
-    QTemporaryDir dir;
+    // The server reads only its own folder's files.
+    QTemporaryDir dir(QDir(sServer->Dir.path()).filePath(u"viste-XXXXXX"_s));
     QFile bpx(dir.filePath(u"D1.bpx"_s));
     ASSERT_TRUE(bpx.open(QIODevice::WriteOnly));
     bpx.write("Corpo del documento\r\n");
@@ -446,3 +517,5 @@ TEST_F(Proprieta, AFailedRefreshIsDroppedTheSheetKeepsWhatItShowsAndTheNextTickT
     EXPECT_EQ(mPane->LayoutVisualizzato(), 39);
     EXPECT_EQ(Valore(3006), u"A9"_s);
 }
+
+#include "test_frmProprieta.moc"

@@ -1,6 +1,7 @@
 #include "FakeServer.h"
 
 #include "PxContratto.h"
+#include "modLetturaFile.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -44,6 +45,13 @@ QObject* FakeServer::Oggetto(const QString& nome) const
         if (nome == modContratto::NomeServizio(it.key()))
             return it.value();
     return nullptr;
+}
+
+void FakeServer::LeggiFile(quint64 n, const QString& percorso, qint64 inizio, qint32 quanti)
+{
+    const PxRisposta r = mCartella.isEmpty() ? PxRisposta{modContratto::Rifiutato, QStringLiteral("nessuna cartella"), {}}
+                                             : modLetturaFile::Leggi(mCartella, percorso, inizio, quanti);
+    emit Risposta(n, r.Esito, r.Testo, r.Dati);
 }
 
 void FakeServer::RichiediDescrizione(quint64 n)

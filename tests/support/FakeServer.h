@@ -26,6 +26,7 @@ public slots:
     void RichiediStato(quint64 n) { emit Risposta(n, 0, mXml, {}); }
     void Avvia(quint64 n) { emit Risposta(n, 0, {}, {}); }
     void Sospendi(quint64 n) { emit Risposta(n, 0, {}, {}); }
+    void ConsegnaLavoro(quint64 n, const QString& base, const QByteArray&) { emit Risposta(n, 0, base, {}); }
 signals:
     void StatoXmlCambiato(const QString& xml);
     void CambioStato();
@@ -102,6 +103,8 @@ public:
 public slots:
     void RichiediDescrizione(quint64 n);
     void RichiediRuolo(quint64 n) { emit Risposta(n, 0, Ruolo, QByteArrayLiteral("prova")); }
+    // Reads a file of its folder as the reference server does.
+    void LeggiFile(quint64 n, const QString& percorso, qint64 inizio, qint32 quanti);
 
 signals:
     void Caricamento(qint32 fatti, qint32 totale, const QString& testo);

@@ -26,7 +26,8 @@ class ServerInLinea
 {
 public:
     // Makes a demo of `documenti` documents and connects to it; false when it cannot.
-    bool Avvia(int documenti)
+    // `fileLocali` false: the console acts as one on another machine, without the server's files.
+    bool Avvia(int documenti, bool fileLocali = true)
     {
         if (!modDemo::CreaServerDemo(Dir.path(), documenti).isEmpty())
             return false;
@@ -37,7 +38,16 @@ public:
             return false;
         modTraccia::ImpostaLog(&Log);
         Ref = std::make_unique<RefServer>(Dir.path(), RefServer::Opzioni{false, true});
-        Collegamento = std::make_unique<PxCollegamentoDiretto>([this](const QString& nome) { return Ref->Oggetto(nome); });
+        Collegamento = std::make_unique<PxCollegamentoDiretto>([this](const QString& nome) { return Ref->Oggetto(nome); },
+                                                               nullptr, fileLocali);
+        return Ricollega();
+    }
+
+    // A console side made anew and connected, as a console that starts against the running
+    // server (it reads the installation's settings again); false when it does not load.
+    bool Ricollega()
+    {
+        Contesto.reset();
         Server = std::make_unique<PxSrvServer>(Collegamento.get());
         Server->Connetti();
         if (!QTest::qWaitFor([this] { return Server->Caricato(); }, 10000))
@@ -60,14 +70,14 @@ public:
 };
 
 // A test suite sharing one in-thread demo server of `Documenti` documents (made once per suite).
-template <int Documenti>
+template <int Documenti, bool FileLocali = true>
 class SuiteConServer : public ::testing::Test
 {
 protected:
     static void SetUpTestSuite()
     {
         sServer = new ServerInLinea;
-        ASSERT_TRUE(sServer->Avvia(Documenti));
+        ASSERT_TRUE(sServer->Avvia(Documenti, FileLocali));
     }
     static void TearDownTestSuite()
     {

@@ -1,6 +1,7 @@
-// Every test job the console writes, written by the console's own code into a real reference
-// server's input folder, taken by the server, and read back through what the server publishes:
-// the folder's listing and the document's description. One table of cases, one test body.
+// Every test job the console makes, handed by the console's own code to a real reference server
+// by a console that does not share the server's files, written by the server into its input
+// folder, taken by the folder's own code, and read back through what the server publishes: the
+// folder's listing and the document's description. One table of cases, one test body.
 #include "ServerInLinea.h"
 #include "PxIntestazioneHpx.h"
 #include "PxSrvCartellaDocumenti.h"
@@ -131,7 +132,7 @@ const modPortachiavi::Portachiavi Memoria{
         fatto(true);
     }};
 
-class ProveFinoAlServer : public SuiteConServer<0>, public ::testing::WithParamInterface<Caso>
+class ProveFinoAlServer : public SuiteConServer<0, false>, public ::testing::WithParamInterface<Caso>
 {
 protected:
     void SetUp() override
@@ -241,22 +242,23 @@ protected:
             ADD_FAILURE() << "the printer never reached the console";
             return {};
         }
-        QString errore;
-        const auto lavoro = modContenuto::PaginaDiProva(modContenuto::StampanteDellaChiave(stato.document_element(), chiave),
-                                                        sServer->Testi, QDateTime::currentDateTime(), &errore);
-        if (!lavoro) {
-            ADD_FAILURE() << qPrintable(errore);
+        // The main window's command, by the printer's key.
+        QSignalSpy presi(stampe, &PxSrvServizio::LavoroPreso);
+        PxRisposta consegna{-1, {}, {}};
+        QObject richiedente;
+        modContenuto::InviaPaginaDiProva(sServer->Server.get(), chiave, sServer->Testi, &richiedente,
+                                         [&](const PxRisposta& r) { consegna = r; });
+        if (!Attendi([&] { return consegna.Esito != -1; }) || !consegna.Riuscita()) {
+            ADD_FAILURE() << "not handed over: " << qPrintable(consegna.Testo);
             return {};
         }
-        QSignalSpy presi(stampe, &PxSrvServizio::LavoroPreso);
-        const modLavoro::Esito esito = modContenuto::ScriviPaginaDiProva(*lavoro, stampe->CartellaIngresso());
-        EXPECT_TRUE(esito.Riuscito) << qPrintable(esito.Errore);
+        EXPECT_FALSE(consegna.Testo.contains(u'/')) << "a name in the input folder, not a path";
         Prendi(c.Servizio);
         if (!Attendi([&] { return !presi.isEmpty(); })) {
             ADD_FAILURE() << "the printing service did not take the page";
             return {};
         }
-        EXPECT_EQ(presi[0][0].toString(), QFileInfo(esito.Base).fileName());
+        EXPECT_EQ(presi[0][0].toString(), consegna.Testo);
         return presi[0][1].toString();
     }
 };

@@ -55,7 +55,8 @@ class Moduli : public ::testing::Test
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(mS.Avvia(0));
+        // As a console on another machine: every job goes through the server.
+        ASSERT_TRUE(mS.Avvia(0, false));
         Chiavi.clear();
         modPortachiavi::ImpostaPortachiavi(&Memoria);
         PxImpostazioniMacchina(mS.Dir.path()).Impostazioni().clear();
@@ -248,6 +249,8 @@ TEST_F(Moduli, TheTestEmailCarriesTheLinksTheInstallationNames)
     ASSERT_TRUE(ini.open(QIODevice::WriteOnly | QIODevice::Truncate));
     ini.write(testo);
     ini.close();
+    // The settings are read through the server when a console connects.
+    ASSERT_TRUE(mS.Ricollega());
 
     frmInvioProvaEmail f(*mS.Contesto);
     Scrivi(f, "A", u"operatore@ditta.it"_s);
@@ -256,7 +259,7 @@ TEST_F(Moduli, TheTestEmailCarriesTheLinksTheInstallationNames)
     f.open();
     f.accept();
     ASSERT_TRUE(Attendi([&] { return nonPresi.size() == 1; }));
-    QFile hpx(nonPresi[0][0].toString() + u".hpx"_s);
+    QFile hpx(QDir(mS.Ref->Ingresso(u"PxSrvEmail"_s)->Cartella()).filePath(nonPresi[0][0].toString() + u".hpx"_s));
     ASSERT_TRUE(hpx.open(QIODevice::ReadOnly));
     PxIntestazioneHpx h;
     ASSERT_TRUE(h.Analizza(hpx.readAll()));

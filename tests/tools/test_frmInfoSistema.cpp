@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
+#include <QFile>
 #include <QLabel>
 
 using namespace Qt::StringLiterals;
@@ -14,7 +16,8 @@ class InfoSistema : public ::testing::Test
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(mS.Avvia(0));
+        // As a console on another machine: the settings come through the server.
+        ASSERT_TRUE(mS.Avvia(0, false));
         mPannello = std::make_unique<frmInfoSistema>(*mS.Contesto);
         mPannello->resize(600, 160);
         mPannello->show();
@@ -66,6 +69,27 @@ TEST_F(InfoSistema, TheServersSamplerFeedsThePaneThroughTheBoundary)
     EXPECT_TRUE(mPannello->Etichetta(0)->text().startsWith(u"Utilizzo CPU: "_s));
     mPannello->Termina();
     EXPECT_FALSE(mPannello->Inizializzato());
+}
+
+TEST_F(InfoSistema, TheGraphsFollowTheInstallationsSettingsAsTheServerGivesThem)
+{
+    QFile ini(QDir(mS.Dir.path()).filePath(u"PlxConfigurazione.ini"_s));
+    ASSERT_TRUE(ini.open(QIODevice::ReadOnly));
+    QByteArray testo = ini.readAll();
+    ini.close();
+    ASSERT_TRUE(testo.contains("GraficoUsoCpu=1\r\n") && testo.contains("GraficoMemoriaPaginata=1\r\n"));
+    testo.replace("GraficoUsoCpu=1\r\n", "GraficoUsoCpu=0\r\n").replace("GraficoMemoriaPaginata=1\r\n", "GraficoMemoriaPaginata=False\r\n");
+    ASSERT_TRUE(ini.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    ini.write(testo);
+    ini.close();
+    mPannello.reset();
+    ASSERT_TRUE(mS.Ricollega()); // read when a console connects
+    frmInfoSistema pannello(*mS.Contesto);
+    pannello.Inizializza();
+    EXPECT_FALSE(pannello.GraficoCpu);
+    EXPECT_TRUE(pannello.GraficoMemHw);
+    EXPECT_FALSE(pannello.GraficoMemPg);
+    pannello.Termina();
 }
 
 } // namespace

@@ -24,6 +24,7 @@
 #include <QDir>
 #include <QHeaderView>
 #include <QMenu>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -318,6 +319,31 @@ TEST_F(Vista, TheFolderCommandsFollowTheDocumentsFolderOnDisk)
     mVista->AbilitaPulsanti(false);
     for (const int comando : {5315, 5303, 5300, 5305})
         EXPECT_FALSE(mComandi.Azione(comando)->isEnabled()) << comando;
+}
+
+TEST_F(Vista, WithoutTheServersFilesOnlyTheDocumentsFolderIsOffAndSaysWhy)
+{
+    // The same server, reached as from another machine.
+    PxCollegamentoDiretto altrove([this](const QString& nome) { return mS.Ref->Oggetto(nome); }, nullptr, false);
+    PxSrvServer server(&altrove);
+    server.Connetti();
+    ASSERT_TRUE(Attendi([&] { return server.Caricato(); }));
+    PxContesto contesto(mS.Testi, mS.Icone, mS.Impostazioni, mS.Log, &server);
+    PxContestoSonda::ImpostaUIRoot(contesto, mUI.child("PLX"));
+    const auto fine = qScopeGuard([this] { mVista.reset(); }); // the view goes before the context it holds
+    mAmbiente = std::make_unique<PxAmbienteVista>(PxAmbienteVista{contesto, mLista, mModello, mComandi});
+    Apri();
+    const QString id = Fax().Coda(8).value(0);
+    Seleziona({id});
+    mVista->AbilitaPulsanti(true);
+    // The output file is still offered (the server sends its bytes); the folder is not.
+    ASSERT_TRUE(Attendi([&] { return mComandi.Azione(5307)->isEnabled(); }));
+    Scorri();
+    EXPECT_FALSE(mComandi.Azione(5305)->isEnabled());
+    EXPECT_TRUE(mComandi.Azione(5305)->toolTip().contains(mS.Testi.LoadDllString(8049)));
+    EXPECT_EQ(mComandi.Azione(5305)->statusTip(), mS.Testi.LoadDllString(8049));
+    for (const int comando : {5315, 5303, 5300})
+        EXPECT_TRUE(mComandi.Azione(comando)->isEnabled()) << comando;
 }
 
 TEST_F(Vista, LayoutTogglesAndGroupingAreKeptUnderKeyAndVersion)
