@@ -1,5 +1,9 @@
 #include "PxCtl.h"
 
+#include "PxAttesaLavoro.h"
+#include "PxConsoleResDll.h"
+#include "modContenuto.h"
+
 #include "PxSrvCartellaDocumenti.h"
 #include "PxSrvServer.h"
 #include "PxSrvServizio.h"
@@ -57,7 +61,8 @@ PxCtl::PxCtl(PxSrvServer& server, bool json, QObject* parent) : QObject(parent),
 bool PxCtl::Conosciuto(const QString& comando)
 {
     static const QStringList comandi = {QStringLiteral("status"), QStringLiteral("list"),    QStringLiteral("move"),
-                                        QStringLiteral("start"),  QStringLiteral("suspend"), QStringLiteral("watch")};
+                                        QStringLiteral("start"),  QStringLiteral("suspend"), QStringLiteral("watch"),
+                                        QStringLiteral("test-page")};
     return comandi.contains(comando);
 }
 
@@ -73,6 +78,8 @@ void PxCtl::Esegui(const QString& comando, const QStringList& argomenti)
         Servizio(comando, argomenti);
     else if (comando == u"watch")
         Osserva();
+    else if (comando == u"test-page")
+        PaginaDiProva(argomenti);
     else
         Termina(Uso, QStringLiteral("unknown command \"%1\" (see --help)").arg(comando));
 }
@@ -256,6 +263,47 @@ void PxCtl::Servizio(const QString& comando, const QStringList& argomenti)
         servizio->Avvia(this, fatto);
     else
         servizio->Sospendi(this, fatto);
+}
+
+void PxCtl::PaginaDiProva(const QStringList& argomenti)
+{
+    if (argomenti.size() != 1) {
+        Termina(Uso, QStringLiteral("usage: test-page PRINTER"));
+        return;
+    }
+    // The console's own test page, handed over the console's way; done once the printing
+    // service has taken it, refused if it set it aside.
+    static const PxConsoleResDll testi;
+    PxSrvServizio* stampe = mServer.Servizio(QStringLiteral("PxSrvStampe"));
+    modContenuto::InviaPaginaDiProva(&mServer, argomenti.constFirst(), testi, this, [this, stampe](const PxRisposta& r) {
+        if (!r.Riuscita()) {
+            Termina(r.Esito == modContratto::NonDisponibile ? Irraggiungibile : Rifiutato, r.Testo);
+            return;
+        }
+        auto* attesa = new PxAttesaLavoro(stampe, this);
+        const auto riga = [this](const QString& esito, const QString& base, const QString& altro) {
+            if (mJson)
+                Stampa(QJsonDocument(QJsonObject{{QStringLiteral("job"), base}, {QStringLiteral("outcome"), esito},
+                                                 {esito == u"taken" ? QStringLiteral("id") : QStringLiteral("reason"), altro}})
+                           .toJson(QJsonDocument::Compact)
+                       + '\n');
+            else
+                Stampa(QStringLiteral("%1: %2 %3\n").arg(base, esito, altro).toUtf8());
+        };
+        connect(attesa, &PxAttesaLavoro::Preso, this, [this, riga](const QString& base, const QString& id) {
+            riga(QStringLiteral("taken"), base, id);
+            Termina(Fatto);
+        });
+        connect(attesa, &PxAttesaLavoro::Respinto, this, [this, riga](const QString& base, const QString& motivo) {
+            riga(QStringLiteral("setAside"), base, motivo);
+            Termina(Rifiutato, motivo);
+        });
+        connect(attesa, &PxAttesaLavoro::Scaduto, this, [this, riga](const QString& base) {
+            riga(QStringLiteral("handedOver"), base, QStringLiteral("not yet taken by the service"));
+            Termina(Fatto);
+        });
+        attesa->Attendi(r.Testo, 10000);
+    });
 }
 
 void PxCtl::Osserva()

@@ -34,6 +34,7 @@ private:
     void Sposta(const QStringList& argomenti);
     void Servizio(const QString& comando, const QStringList& argomenti);
     void Osserva();
+    void PaginaDiProva(const QStringList& argomenti);
 
     // The folder or service key an operator typed ("fax", "DocFax", "PxSrvDocFax"), or "".
     QString Cartella(const QString& nome) const;

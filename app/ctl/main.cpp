@@ -27,6 +27,8 @@ Commands:
   start SERVICE               start a service
   suspend SERVICE             suspend a service
   watch                       print the server's notices as they come, until interrupted
+  test-page PRINTER           send a printer's test page (its key or Windows name); done once
+                              the printing service has taken it
 
 FOLDER and SERVICE: a key ("PxSrvDocFax", "PxSrvFax") or its short form ("DocFax", "Fax").
 The server: --server ADDRESS, or --server-folder DIR (the address the folder's server wrote).
@@ -66,7 +68,7 @@ int main(int argc, char* argv[])
                                     QStringLiteral("s"), QStringLiteral("10"));
     riga.addOptions({indirizzo, cartella, json, attesa});
     riga.addOptions(PxTls::Opzioni());
-    riga.addPositionalArgument(QStringLiteral("command"), QStringLiteral("status, list, move, start, suspend, watch"));
+    riga.addPositionalArgument(QStringLiteral("command"), QStringLiteral("status, list, move, start, suspend, watch, test-page"));
     // What follows the command is the command's own (--queue, --to).
     riga.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
     if (!riga.parse(app.arguments()))

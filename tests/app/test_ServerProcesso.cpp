@@ -261,6 +261,14 @@ TEST_F(ServerProcesso, TheClientSaysWhatItDidAndEndsWithItsStatus)
     EXPECT_TRUE(rifiutato.Errori.contains(u"NESSUNO"_s)) << "the server's reason: " << qPrintable(rifiutato.Errori);
     EXPECT_EQ(Ctl(server + QStringList{u"suspend"_s, u"Nessuno"_s}).Stato, 1);
 
+    // A test page goes the console's way, and is done once the printing service took it.
+    const Esito pagina = Ctl(server + QStringList{u"test-page"_s, u"Zebra banco"_s});
+    EXPECT_EQ(pagina.Stato, 0) << qPrintable(pagina.Errori);
+    EXPECT_TRUE(pagina.Uscita.contains(u"taken STP-"_s)) << qPrintable(pagina.Uscita);
+    const Esito sconosciuta = Ctl(server + QStringList{u"test-page"_s, u"Nessuna"_s});
+    EXPECT_EQ(sconosciuta.Stato, 1);
+    EXPECT_TRUE(sconosciuta.Errori.contains(u"Nessuna"_s));
+
     EXPECT_EQ(Ctl(server).Stato, 2) << "no command";
     EXPECT_EQ(Ctl(server + QStringList{u"frob"_s}).Stato, 2);
     EXPECT_EQ(Ctl(server + QStringList{u"move"_s, u"fax"_s, u"--to"_s, u"x"_s, id}).Stato, 2);
