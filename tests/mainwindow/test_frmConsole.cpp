@@ -367,3 +367,20 @@ TEST_F(Cornice, APrintersNodeShowsThatPrinterAndSendsItsTestPageWithNoSelection)
     EXPECT_TRUE(Attendi([&] { return mConsole->statusBar()->currentMessage() == consegnata; }))
         << qPrintable(mConsole->statusBar()->currentMessage());
 }
+
+TEST_F(Cornice, TheNodeOnDisplayAtCloseIsShownAgainAtTheNextStart)
+{
+    Vai(u"SrvDocFax"_s);
+    mConsole->close();
+    mConsole->Termina();
+    mConsole.reset();
+
+    mConsole = std::make_unique<frmConsole>(*mServer.Contesto);
+    mConsole->Inizializza(nullptr);
+    mConsole->Mostra();
+    ASSERT_TRUE(Attendi([&] { return mConsole->ChiaveVisualizzata() == u"SrvDocFax"_s; }));
+    EXPECT_EQ(frmPosizione::ChiaveNodo(mConsole->Posizione()->Albero()->currentItem()), u"SrvDocFax"_s);
+    // Back on the root for the tests after this one, which start from there.
+    Vai(u"SrvServer"_s);
+    mConsole->Termina();
+}
