@@ -1,6 +1,9 @@
 // The main window in an operator's hands: node commands, context menus, exit, the focus mark,
 // tool bars, the log pane's title, the layout kept between sessions, a printer's node.
 #include "PxBarraComandi.h"
+#include "PxCollegamentoRemoto.h"
+#include "RefOspite.h"
+#include "modDemo.h"
 #include "PxModelloContenuto.h"
 #include "PxSrvCartellaDocumenti.h"
 #include "PxSrvServizio.h"
@@ -29,6 +32,8 @@
 #include <QTest>
 #include <QToolBar>
 #include <QHeaderView>
+#include <QLabel>
+#include <QTemporaryDir>
 #include <QScrollBar>
 #include <QTreeView>
 #include <QTreeWidget>
@@ -383,4 +388,66 @@ TEST_F(Cornice, TheNodeOnDisplayAtCloseIsShownAgainAtTheNextStart)
     // Back on the root for the tests after this one, which start from there.
     Vai(u"SrvServer"_s);
     mConsole->Termina();
+}
+
+// The frame against a server in another process, reached over a local socket: the server
+// goes away without a word and comes back.
+TEST(CorniceRemota, ALostServerGreysTheTreeHoldsTheCommandsAndTheViewComesBackWithIt)
+{
+    QTemporaryDir dir, dirLog;
+    ASSERT_EQ(modDemo::CreaServerDemo(dir.path(), 120), QString());
+    PxConsoleResDll testi;
+    PxIconResource icone;
+    PxImpostazioni impostazioni;
+    PxLogConsole log;
+    log.Cartella = dirLog.path();
+    log.TracciaProcedure = false;
+    ASSERT_TRUE(log.Apri());
+    const QUrl indirizzo(u"local:"_s + dir.filePath(u"s.sock"_s));
+    const auto pubblica = [&] {
+        auto ospite = std::make_unique<RefOspite>(dir.path(), RefServer::Opzioni{false, false});
+        ospite->PubblicaRemoto(indirizzo);
+        ospite->Avvia();
+        return ospite;
+    };
+    auto ospite = pubblica();
+    PxCollegamentoRemoto collegamento(indirizzo);
+    PxSrvServer server(&collegamento);
+    server.Connetti();
+    ASSERT_TRUE(Attendi([&] { return server.Caricato(); }));
+    PxContesto contesto(testi, icone, impostazioni, log, &server);
+    frmConsole console(contesto);
+    console.Inizializza(nullptr);
+    console.Mostra();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&console));
+    QTreeWidgetItem* fax = console.Posizione()->Nodo(u"SrvDocFax"_s);
+    ASSERT_NE(fax, nullptr);
+    console.Posizione()->Albero()->setCurrentItem(fax); // as a click does
+    ASSERT_TRUE(Attendi([&] { return console.ChiaveVisualizzata() == u"SrvDocFax"_s; }));
+    auto* modello = console.findChild<PxModelloContenuto*>();
+    ASSERT_TRUE(Attendi([&] { return modello->NumeroRighe() > 0; }));
+    const qsizetype righe = modello->NumeroRighe();
+    auto* stato = console.findChild<QLabel*>(u"lblCollegamento"_s);
+    auto* comandi = console.findChild<QToolBar*>(u"tbrComandi"_s);
+    ASSERT_TRUE(stato && comandi);
+    EXPECT_TRUE(stato->isHidden());
+    EXPECT_TRUE(comandi->isEnabled());
+
+    ospite.reset(); // gone, without a word
+    ASSERT_TRUE(Attendi([&] { return stato->isVisible(); }));
+    EXPECT_FALSE(comandi->isEnabled());
+    EXPECT_FALSE(fax->toolTip(0).isEmpty()) << "every node says why";
+    EXPECT_EQ(fax->foreground(0).color(), console.Posizione()->Albero()->palette().color(QPalette::Disabled, QPalette::Text));
+    // The countdown runs: the window's loop is not held while the server is away.
+    ASSERT_TRUE(Attendi([&] { return stato->text().contains(u" s"_s); }));
+    const QString prima = stato->text();
+    EXPECT_TRUE(Attendi([&] { return stato->text() != prima; }));
+    EXPECT_EQ(console.ChiaveVisualizzata(), u"SrvDocFax"_s) << "the operator stays where they were";
+
+    ospite = pubblica();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return server.Raggiungibile(); }, 20000));
+    EXPECT_TRUE(Attendi([&] { return stato->isHidden() && comandi->isEnabled(); }));
+    EXPECT_TRUE(fax->toolTip(0).isEmpty());
+    EXPECT_TRUE(Attendi([&] { return modello->NumeroRighe() == righe; })) << "the view reloaded";
+    console.Termina();
 }
