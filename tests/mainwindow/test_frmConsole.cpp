@@ -64,7 +64,7 @@ protected:
         mConsole->Inizializza(nullptr);
         mConsole->Mostra();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(mConsole.get()));
-        ASSERT_TRUE(Attendi([&] { return mConsole->ChiaveVisualizzata() == u"SrvServer"_s; }));
+        ASSERT_TRUE(Attendi([&] { return mConsole->ChiaveVisualizzata() == u"SrvServer"_s; })) << qPrintable(mConsole->ChiaveVisualizzata());
     }
 
     // Shows node `chiave` as a click on it would.

@@ -15,6 +15,9 @@ int main(int argc, char** argv)
     qputenv("XDG_DATA_HOME", casa.filePath(QStringLiteral("data")).toUtf8());
     // The machine's settings too: tests run as root in CI, where /etc/xdg is writable.
     qputenv("XDG_CONFIG_DIRS", casa.filePath(QStringLiteral("macchina")).toUtf8());
+    // In test mode Qt keeps the user's settings under $HOME/.qttest, which every test process
+    // would share: home is this process's own too.
+    qputenv("HOME", casa.path().toUtf8());
     QStandardPaths::setTestModeEnabled(true);
     ::testing::InitGoogleMock(&argc, argv);
     QApplication app(argc, argv);
