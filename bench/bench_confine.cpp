@@ -20,6 +20,8 @@
 
 #include "Pki.h"
 
+#include "Attesa.h"
+
 #include <benchmark/benchmark.h>
 
 #include <QCoreApplication>
@@ -45,25 +47,12 @@ QString CartellaDemo()
     return cartella;
 }
 
-// Turns the event loop until `fatto` holds (or 60 s pass).
-template <typename F>
-bool Attendi(F fatto)
-{
-    const QDeadlineTimer limite(60000);
-    while (!fatto() && !limite.hasExpired())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
-    return fatto();
-}
-
 // One console-side server over `collegamento`, loaded, and its fax folder's round trip.
 void Giro(benchmark::State& state, PxCollegamento& collegamento)
 {
     PxSrvServer server(&collegamento);
-    server.Connetti();
-    if (!Attendi([&] { return server.Caricato(); })) {
-        state.SkipWithError("the server did not load");
+    if (!Caricato(state, server, [] {}))
         return;
-    }
     PxSrvCartellaDocumenti* fax = server.CartellaDocumenti(QStringLiteral("PxSrvDocFax"));
     PxXmlCallBack callback;
     QByteArray ricevuto;

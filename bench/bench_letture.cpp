@@ -15,6 +15,8 @@
 #include "modLavoro.h"
 #include "modPacchettoLavoro.h"
 
+#include "Attesa.h"
+
 #include <benchmark/benchmark.h>
 
 #include <QCoreApplication>
@@ -26,15 +28,6 @@
 #include <memory>
 
 namespace {
-
-template <typename F>
-bool Attendi(F fatto)
-{
-    const QDeadlineTimer limite(60000);
-    while (!fatto() && !limite.hasExpired())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
-    return fatto();
-}
 
 // A demo server folder with a 1 MiB body beside its documents.
 struct Cartella
@@ -68,12 +61,8 @@ void BM_BaselineCorpoDalDisco(benchmark::State& state)
 void Letture(benchmark::State& state, RefOspite& ospite, PxCollegamento& collegamento, const Cartella& c, qint32 quanti)
 {
     PxSrvServer server(&collegamento);
-    server.Connetti();
-    ospite.Avvia();
-    if (!Attendi([&] { return server.Caricato(); })) {
-        state.SkipWithError("the server did not load");
+    if (!Caricato(state, server, [&] { ospite.Avvia(); }))
         return;
-    }
     for (auto _ : state) {
         bool risposto = false;
         server.LeggiFile(c.Corpo(), 0, quanti, nullptr, [&](const PxRisposta& r) {
@@ -122,12 +111,8 @@ void BM_LavoroConsegnatoAlServer(benchmark::State& state)
     RefOspite ospite(c.Dir.path(), RefServer::Opzioni{false, false});
     PxCollegamentoDiretto collegamento([&](const QString& nome) { return ospite.Oggetto(nome); }, nullptr, false);
     PxSrvServer server(&collegamento);
-    server.Connetti();
-    ospite.Avvia();
-    if (!Attendi([&] { return server.Caricato(); })) {
-        state.SkipWithError("the server did not load");
+    if (!Caricato(state, server, [&] { ospite.Avvia(); }))
         return;
-    }
     const QByteArray pacchetto = modPacchettoLavoro::Componi(Lavoro());
     int n = 0;
     for (auto _ : state) {

@@ -17,6 +17,8 @@
 #include "PxXmlCallBack.h"
 #include "modDemo.h"
 
+#include "Attesa.h"
+
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -44,15 +46,6 @@ namespace {
 using Orologio = std::chrono::steady_clock;
 
 double Ms(Orologio::duration d) { return std::chrono::duration<double, std::milli>(d).count(); }
-
-template <typename F>
-bool Attendi(F fatto, int millisecondi = 60000)
-{
-    const QDeadlineTimer limite(millisecondi);
-    while (!fatto() && !limite.hasExpired())
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    return fatto();
-}
 
 // Queue of each document of the fax folder in a listing.
 QHash<QString, int> Code(const QByteArray& xml)
