@@ -19,7 +19,7 @@ RefIngresso::RefIngresso(const QString& cartellaServer, RefCartellaDocumenti& ca
                          RefLog& logServer, QObject* parent)
     : QObject(parent),
       mCartella(CartellaIngresso(cartellaServer, servizio.Chiave())),
-      mRespinti(QDir(cartellaServer).filePath(u"LavoriRespinti/"_s + servizio.Chiave())),
+      mRespinti(CartellaRespinti(cartellaServer, servizio.Chiave())),
       mDocumenti(cartella),
       mServizio(servizio),
       mLogServer(logServer),
@@ -47,6 +47,11 @@ RefIngresso::RefIngresso(const QString& cartellaServer, RefCartellaDocumenti& ca
 QString RefIngresso::CartellaIngresso(const QString& cartellaServer, const QString& servizio)
 {
     return QDir(cartellaServer).filePath(u"Ingresso/"_s + servizio);
+}
+
+QString RefIngresso::CartellaRespinti(const QString& cartellaServer, const QString& servizio)
+{
+    return QDir(cartellaServer).filePath(u"LavoriRespinti/"_s + servizio);
 }
 
 void RefIngresso::Avvia(int millisecondi)

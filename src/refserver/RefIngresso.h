@@ -28,6 +28,7 @@ public:
     QString Cartella() const { return mCartella; }
     QString CartellaRespinti() const { return mRespinti; }
     static QString CartellaIngresso(const QString& cartellaServer, const QString& servizio);
+    static QString CartellaRespinti(const QString& cartellaServer, const QString& servizio);
 
     // Watches the folder (and looks again every `millisecondi` in case a change went unseen).
     void Avvia(int millisecondi);

@@ -27,12 +27,15 @@ public:
     void Acquisisci(const QString& nome, QObject* contesto, Pronta pronta) override;
     bool Ricollega() override;
     bool Ricollegabile() const override { return true; }
-    // Over a local socket the server's files are this machine's files.
-    bool FileLocali() const override { return mIndirizzo.scheme() == u"local"; }
+    // Over a local socket the server's files are this machine's files, unless said otherwise
+    // (a server run by a user whose folder this one may not read).
+    bool FileLocali() const override { return mFileLocali && mIndirizzo.scheme() == u"local"; }
+    void NegaFileLocali() { mFileLocali = false; }
 
 private:
     QUrl mIndirizzo;
     PxTls mTls;
+    bool mFileLocali = true;
     void Connetti();
     // Says once, for this connection, that it is lost.
     void Interrompi(const QString& motivo);

@@ -195,21 +195,23 @@ class LogDalServer : public SuiteConServer<0, false>
 TEST_F(LogDalServer, AServicesLogComesThroughTheServerAndIsFollowed)
 {
     ASSERT_FALSE(sServer->Server->FileLocali());
-    RefServizio* servizio = sServer->Ref->ServizioRef(u"PxSrvFax"_s);
-    ASSERT_NE(servizio, nullptr);
-    ASSERT_TRUE(servizio->Log().Scrivi(2, u"prima riga dal server"_s));
     // The path as the console knows it: from the service's state.
     pugi::xml_document stato;
     ASSERT_TRUE(sServer->Server->Servizio(u"PxSrvFax"_s)->LeggiStato(stato));
     const QString file = PxSrvServer::PercorsoLocale(QString::fromUtf8(stato.document_element().child_value("FileLog")),
                                                      sServer->Server->Cartella());
-    ASSERT_EQ(QFileInfo(file), QFileInfo(servizio->Log().Percorso()));
+    if (sServer->Ref) {
+        RefServizio* servizio = sServer->Ref->ServizioRef(u"PxSrvFax"_s);
+        ASSERT_NE(servizio, nullptr);
+        ASSERT_EQ(QFileInfo(file), QFileInfo(servizio->Log().Percorso()));
+    }
+    Scrivi(file, Riga(2, u"prima riga dal server"_s), QIODevice::Append);
 
     frmLog log(*sServer->Contesto);
     const auto ultima = [&] { return log.Modello()->Righe().empty() ? QString() : log.Modello()->Righe().back().Testo; };
     log.CaricaLog(file);
     ASSERT_TRUE(Attendi([&] { return ultima() == u"prima riga dal server"_s; }));
-    ASSERT_TRUE(servizio->Log().Scrivi(1, u"seconda riga"_s));
+    Scrivi(file, Riga(1, u"seconda riga"_s), QIODevice::Append);
     ASSERT_TRUE(Attendi([&] { return ultima() == u"seconda riga"_s; }));
     const int righe = log.Modello()->rowCount();
     // Another file takes the name: the pane starts again from it.

@@ -71,9 +71,12 @@ protected:
             n->setPlainText(testo);
     }
 
-    // The server looks at the input folder of `servizio` once the form's job is there whole.
+    // The server looks at the input folder of `servizio` once the form's job is there whole
+    // (a server in another process looks on its own).
     void Prendi(const char* servizio)
     {
+        if (!mS.Ref)
+            return;
         RefIngresso* ingresso = mS.Ref->Ingresso(QLatin1StringView(servizio));
         ASSERT_TRUE(Attendi([&] { return !QDir(ingresso->Cartella()).entryList({u"*.hpx"_s}, QDir::Files).isEmpty(); }));
         ingresso->Scansiona();
@@ -89,6 +92,7 @@ protected:
 
 TEST_F(Moduli, ATestFaxIsSentThenRememberedForEveryOperatorOfTheMachine)
 {
+    RICHIEDE_SERVER_IN_LINEA(mS) << " (it watches the job wait in the input folder)";
     {
         frmInvioProvaFax f(*mS.Contesto);
         EXPECT_EQ(f.CartellaIngresso(), QDir(mS.Dir.path()).filePath(u"Ingresso/PxSrvFax"_s));
@@ -124,6 +128,7 @@ TEST_F(Moduli, ATestFaxIsSentThenRememberedForEveryOperatorOfTheMachine)
 
 TEST_F(Moduli, AFailedSendKeepsTheFormOpenAndRemembersNothing)
 {
+    RICHIEDE_SERVER_IN_LINEA(mS) << " (it breaks the disk under the server)";
     frmInvioProvaFax f(*mS.Contesto);
     Scrivi(f, "NumeroFax", u"1111111"_s);
     f.open();
@@ -212,10 +217,45 @@ TEST_F(Moduli, AJobTheServiceSetsAsideIsReportedWithItsReasonAndTheFormStaysOpen
     EXPECT_EQ(f.result(), QDialog::Accepted);
 }
 
+// The server dies while an operator fills a form: sending says why it cannot and keeps the form
+// as it is; once the server is back, the same form goes through.
+TEST_F(Moduli, AFormOutlivesALostServerAndIsSentOnceTheServerIsBack)
+{
+    if (!mS.Figlio)
+        GTEST_SKIP() << "needs a server in another process, to lose";
+    frmInvioProvaEmail f(*mS.Contesto);
+    Scrivi(f, "A", u"operatore@ditta.it"_s);
+    Scrivi(f, "Oggetto", u"Dopo la caduta"_s);
+    QSignalSpy consegnati(&f, &frmInvioProva::Consegnato);
+    QSignalSpy riprova(mS.Server.get(), &PxSrvServer::Riprova);
+    QSignalSpy ricollegato(mS.Server.get(), &PxSrvServer::Ricollegato);
+    f.open();
+    ASSERT_TRUE(mS.UccidiFiglio());
+    ASSERT_TRUE(Attendi([&] { return !riprova.isEmpty(); })) << "the console noticed the loss";
+
+    f.accept();
+    auto* pulsanti = f.findChild<QDialogButtonBox*>();
+    ASSERT_TRUE(Attendi([&] { return pulsanti->isEnabled(); })) << "the send ends, it does not hang";
+    EXPECT_TRUE(f.isVisible());
+    EXPECT_TRUE(consegnati.isEmpty());
+    bool detto = false;
+    for (const QLabel* l : f.findChildren<QLabel*>())
+        detto = detto || (l->isVisible() && l->text().startsWith(mS.Testi.LoadDllString(8037)));
+    EXPECT_TRUE(detto) << "the form says it could not send";
+    EXPECT_EQ(qobject_cast<QLineEdit*>(f.Widget("Oggetto"))->text(), u"Dopo la caduta"_s) << "what was typed stays";
+
+    ASSERT_TRUE(mS.RiavviaFiglio());
+    ASSERT_TRUE(Attendi([&] { return !ricollegato.isEmpty(); }));
+    f.accept();
+    ASSERT_TRUE(Attendi([&] { return consegnati.size() == 1; }));
+    EXPECT_EQ(f.result(), QDialog::Accepted);
+}
+
 // A server that never looks at its folder: the form does not hang; it says the job was handed
 // over but not yet taken, and the job is still there for the service to take later.
 TEST_F(Moduli, WithoutWordFromTheServiceTheFormClosesSayingTheJobWasHandedOverOnly)
 {
+    RICHIEDE_SERVER_IN_LINEA(mS) << " (it needs a server that does not take jobs)";
     frmInvioProvaFax f(*mS.Contesto);
     Scrivi(f, "NumeroFax", u"2223334"_s);
     f.ImpostaAttesa(1);
@@ -234,6 +274,7 @@ TEST_F(Moduli, WithoutWordFromTheServiceTheFormClosesSayingTheJobWasHandedOverOn
 // The e-mail's vendor links are the installation's, from its ini file.
 TEST_F(Moduli, TheTestEmailCarriesTheLinksTheInstallationNames)
 {
+    RICHIEDE_SERVER_IN_LINEA(mS) << " (it reads the job before the server takes it)";
     const QString file = QDir(mS.Dir.path()).filePath(u"PlxConfigurazione.ini"_s);
     QFile ini(file);
     ASSERT_TRUE(ini.open(QIODevice::ReadOnly));
