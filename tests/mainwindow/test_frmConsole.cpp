@@ -8,12 +8,14 @@
 #include "PxSrvCartellaDocumenti.h"
 #include "PxSrvServizio.h"
 #include "PxXmlCallBack.h"
+#include "Pki.h"
 #include "ServerInLinea.h"
 #include "RefIngresso.h"
 #include "clsSrvServizi.h"
 #include "frmConsole.h"
 #include "frmLog.h"
 #include "frmPosizione.h"
+#include "frmProprieta.h"
 #include "modComandiServizio.h"
 #include "modElenco.h"
 #include "modTabellaCartelle.h"
@@ -33,6 +35,7 @@
 #include <QToolBar>
 #include <QHeaderView>
 #include <QLabel>
+#include <QTcpServer>
 #include <QTemporaryDir>
 #include <QScrollBar>
 #include <QTreeView>
@@ -390,32 +393,50 @@ TEST_F(Cornice, TheNodeOnDisplayAtCloseIsShownAgainAtTheNextStart)
     mConsole->Termina();
 }
 
+namespace {
+
+// A demo published by a host of the test's own, and what a console needs besides the server.
+struct DemoRemota
+{
+    DemoRemota()
+    {
+        Ok = modDemo::CreaServerDemo(Dir.path(), 120).isEmpty();
+        Log.Cartella = DirLog.path();
+        Log.TracciaProcedure = false;
+        Ok = Ok && Log.Apri();
+    }
+    std::unique_ptr<RefOspite> Pubblica(const QUrl& indirizzo, const PxTls& tls = {})
+    {
+        auto ospite = std::make_unique<RefOspite>(Dir.path(), RefServer::Opzioni{false, false});
+        ospite->PubblicaRemoto(indirizzo, {}, tls);
+        ospite->Avvia();
+        return ospite;
+    }
+
+    QTemporaryDir Dir, DirLog;
+    PxConsoleResDll Testi;
+    PxIconResource Icone;
+    PxImpostazioni Impostazioni;
+    PxLogConsole Log;
+    bool Ok = false;
+};
+
+} // namespace
+
 // The frame against a server in another process, reached over a local socket: the server
 // goes away without a word and comes back.
 TEST(CorniceRemota, ALostServerGreysTheTreeHoldsTheCommandsAndTheViewComesBackWithIt)
 {
-    QTemporaryDir dir, dirLog;
-    ASSERT_EQ(modDemo::CreaServerDemo(dir.path(), 120), QString());
-    PxConsoleResDll testi;
-    PxIconResource icone;
-    PxImpostazioni impostazioni;
-    PxLogConsole log;
-    log.Cartella = dirLog.path();
-    log.TracciaProcedure = false;
-    ASSERT_TRUE(log.Apri());
-    const QUrl indirizzo(u"local:"_s + dir.filePath(u"s.sock"_s));
-    const auto pubblica = [&] {
-        auto ospite = std::make_unique<RefOspite>(dir.path(), RefServer::Opzioni{false, false});
-        ospite->PubblicaRemoto(indirizzo);
-        ospite->Avvia();
-        return ospite;
-    };
+    DemoRemota demo;
+    ASSERT_TRUE(demo.Ok);
+    const QUrl indirizzo(u"local:"_s + demo.Dir.filePath(u"s.sock"_s));
+    const auto pubblica = [&] { return demo.Pubblica(indirizzo); };
     auto ospite = pubblica();
     PxCollegamentoRemoto collegamento(indirizzo);
     PxSrvServer server(&collegamento);
     server.Connetti();
     ASSERT_TRUE(Attendi([&] { return server.Caricato(); }));
-    PxContesto contesto(testi, icone, impostazioni, log, &server);
+    PxContesto contesto(demo.Testi, demo.Icone, demo.Impostazioni, demo.Log, &server);
     frmConsole console(contesto);
     console.Inizializza(nullptr);
     console.Mostra();
@@ -449,5 +470,66 @@ TEST(CorniceRemota, ALostServerGreysTheTreeHoldsTheCommandsAndTheViewComesBackWi
     EXPECT_TRUE(Attendi([&] { return stato->isHidden() && comandi->isEnabled(); }));
     EXPECT_TRUE(fax->toolTip(0).isEmpty());
     EXPECT_TRUE(Attendi([&] { return modello->NumeroRighe() == righe; })) << "the view reloaded";
+    console.Termina();
+}
+
+// A console whose certificate names an observer: it shows everything, and every command is
+// disabled with the reason and the name the server knows it by.
+TEST(CorniceRemota, AnObserversFrameReadsButHoldsEveryCommandSayingWhy)
+{
+    DemoRemota demo;
+    ASSERT_TRUE(demo.Ok);
+    QTemporaryDir chiavi;
+    Pki pki(chiavi.path());
+    ASSERT_TRUE(pki.Pronta());
+    QFile ruoli(demo.Dir.filePath(u"Ruoli.txt"_s));
+    ASSERT_TRUE(ruoli.open(QIODevice::WriteOnly));
+    ruoli.write("osservatore monitor-noc\n");
+    ruoli.close();
+    QTcpServer libera;
+    ASSERT_TRUE(libera.listen(QHostAddress::LocalHost));
+    const QString porta = QString::number(libera.serverPort());
+    libera.close();
+    // The server listens on an address; the console checks the certificate against a name.
+    auto ospite = demo.Pubblica(QUrl(u"tls://127.0.0.1:"_s + porta), pki.Di(u"localhost"_s));
+    PxCollegamentoRemoto collegamento(QUrl(u"tls://localhost:"_s + porta), pki.Di(u"monitor-noc"_s));
+    PxSrvServer server(&collegamento);
+    server.Connetti();
+    ASSERT_TRUE(Attendi([&] { return server.Caricato() && server.SoloLettura(); }));
+    PxContesto contesto(demo.Testi, demo.Icone, demo.Impostazioni, demo.Log, &server);
+    frmConsole console(contesto);
+    console.Inizializza(nullptr);
+    console.Mostra();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&console));
+    console.Posizione()->Albero()->setCurrentItem(console.Posizione()->Nodo(u"SrvDocFax"_s));
+    auto* modello = console.findChild<PxModelloContenuto*>();
+    ASSERT_TRUE(Attendi([&] { return modello && modello->NumeroRighe() > 0; })) << "an observer reads the folders";
+
+    auto* ruolo = console.findChild<QLabel*>(u"lblRuolo"_s);
+    auto* comandi = console.findChild<QToolBar*>(u"tbrComandi"_s);
+    ASSERT_TRUE(ruolo && comandi);
+    EXPECT_TRUE(ruolo->isVisible());
+    EXPECT_EQ(ruolo->text(), demo.Testi.LoadDllString(8085));
+    EXPECT_TRUE(ruolo->toolTip().startsWith(demo.Testi.LoadDllString(8086))) << qPrintable(ruolo->toolTip());
+    EXPECT_TRUE(ruolo->toolTip().contains(u"monitor-noc"_s)) << qPrintable(ruolo->toolTip());
+    EXPECT_FALSE(comandi->isEnabled());
+    EXPECT_EQ(comandi->toolTip(), ruolo->toolTip());
+    int menu = 0;
+    for (QMenu* m : console.menuBar()->findChildren<QMenu*>())
+        if (m->title() == demo.Testi.LoadDllString(8024)) {
+            ++menu;
+            EXPECT_FALSE(m->isEnabled()) << "the commands menu";
+        }
+    EXPECT_EQ(menu, 1);
+    // The service's own buttons in the property pane too.
+    console.Posizione()->Albero()->setCurrentItem(console.Posizione()->Nodo(u"SrvFax"_s));
+    ASSERT_TRUE(Attendi([&] { return console.ChiaveVisualizzata() == u"SrvFax"_s; }));
+    int pulsanti = 0;
+    for (QAction* a : console.findChild<frmProprieta*>()->findChildren<QAction*>())
+        if (a->text() == demo.Testi.LoadDllString(128) || a->text() == demo.Testi.LoadDllString(129)) {
+            ++pulsanti;
+            EXPECT_FALSE(a->isEnabled()) << qPrintable(a->text());
+        }
+    EXPECT_EQ(pulsanti, 2);
     console.Termina();
 }
