@@ -92,8 +92,8 @@ struct RigaComando
     QCommandLineParser Parser;
     QCommandLineOption Server{{QStringLiteral("s"), QStringLiteral("server-folder")},
                               QStringLiteral("Server folder whose server to attach to; one is started for it when none "
-                                             "serves it, and stopped with the console (default: a demo folder, created on "
-                                             "first use)."),
+                                             "serves it, and stopped with the console (default: the installed system "
+                                             "server, for a member of its group; else a demo folder, created on first use)."),
                               QStringLiteral("folder")};
     QCommandLineOption Indirizzo{QStringLiteral("server"),
                                  QStringLiteral("Address of a running server to attach to (local:/path/to.sock, or "
@@ -205,6 +205,13 @@ int main(int argc, char* argv[])
     // here for it, which ends with the console.
     PxServerFiglio figlio;
     QString indirizzo = opzioni.value(riga.Indirizzo);
+    // With neither an address nor a folder: the installed server, when this user may reach it.
+    if (indirizzo.isEmpty() && !opzioni.isSet(server)) {
+        QString perche;
+        indirizzo = PxServerFiglio::IndirizzoDiSistema(&perche);
+        if (indirizzo.isEmpty() && QFileInfo::exists(PxServerFiglio::SocketDiSistema()))
+            std::fprintf(stderr, "plxsrvconsole: %s; opening the demo instead\n", qPrintable(perche));
+    }
     if (indirizzo.isEmpty()) {
         const QString cartellaServer = opzioni.isSet(server) ? opzioni.value(server) : CartellaDemo();
         if (!opzioni.isSet(server) && !modDemo::EServer(cartellaServer)) {
@@ -245,8 +252,9 @@ int main(int argc, char* argv[])
     engine.SetSrvServer(&srv);
     engine.SetServerEventi(srv.Eventi());
     engine.SetPercorsoGui(opzioni.isSet(gui) ? opzioni.value(gui) : QCoreApplication::applicationDirPath());
-    // The console's log goes beside the server's when they share the disk.
-    const QString logLocale = srv.FileLocali()
+    // The console's log goes beside the server's when they share the disk and this user may
+    // write there.
+    const QString logLocale = srv.FileLocali() && QFileInfo(RefServer::CartellaLog(srv.Cartella())).isWritable()
         ? RefServer::CartellaLog(srv.Cartella())
         : QDir(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation)).filePath(QStringLiteral("Log"));
     engine.SetPercorsoLog(opzioni.isSet(log) ? opzioni.value(log) : logLocale);

@@ -31,7 +31,8 @@ Commands:
                               the printing service has taken it
 
 FOLDER and SERVICE: a key ("PxSrvDocFax", "PxSrvFax") or its short form ("DocFax", "Fax").
-The server: --server ADDRESS, or --server-folder DIR (the address the folder's server wrote).
+The server: --server ADDRESS, or --server-folder DIR (the address the folder's server wrote);
+with neither, the installed system server (local:/run/plxsrvd/plxsrvd.sock).
 ADDRESS: local:/path.sock, or tls://host:port with --tls-cert, --tls-key and --tls-ca.
 An observer's commands that change things are refused (status 1, with the reason).
 
@@ -92,11 +93,16 @@ int main(int argc, char* argv[])
     const int secondi = riga.value(attesa).toInt(&ok);
     if (!ok || secondi <= 0)
         return Esci(PxCtl::Uso, QStringLiteral("--timeout wants a number of seconds"));
-    if (riga.isSet(indirizzo) == riga.isSet(cartella))
-        return Esci(PxCtl::Uso, QStringLiteral("one of --server ADDRESS or --server-folder DIR is needed"));
+    if (riga.isSet(indirizzo) && riga.isSet(cartella))
+        return Esci(PxCtl::Uso, QStringLiteral("--server and --server-folder exclude each other"));
 
     QString dove = riga.value(indirizzo);
-    if (dove.isEmpty()) {
+    if (!riga.isSet(indirizzo) && !riga.isSet(cartella)) {
+        QString perche;
+        dove = PxServerFiglio::IndirizzoDiSistema(&perche);
+        if (dove.isEmpty())
+            return Esci(PxCtl::Irraggiungibile, perche + QStringLiteral(" (or give --server ADDRESS or --server-folder DIR)"));
+    } else if (dove.isEmpty()) {
         PxServerFiglio ricerca;
         dove = ricerca.Trova(riga.value(cartella), false, secondi * 1000);
         if (dove.isEmpty())

@@ -52,7 +52,7 @@ certificate's common name ("operatore NAME" or "osservatore NAME", a line each),
 otherwise. Observers may only read. Every command carried out is logged with who asked.
 
 Exit statuses:
-  0  stopped cleanly (or --help, --version, --make-demo done)
+  0  stopped cleanly (or --help, --version, --make-demo, --init-folder done)
   1  could not start: not a server folder, cannot listen, cannot write the lock
   2  bad command line
   3  the folder is already served by another server (its process id and address are named))";
@@ -117,6 +117,22 @@ int CreaDemo(const QString& cartella, const QString& quanti)
     return Fermato;
 }
 
+// An installation's first start: the folder is made a server folder once, and left alone after.
+int PreparaCartella(const QString& cartella)
+{
+    if (modDemo::EServer(cartella)) {
+        std::printf("already a server folder: %s\n", qPrintable(QDir(cartella).absolutePath()));
+        return Fermato;
+    }
+    if (const QString errore = modDemo::CreaCartellaServer(cartella); !errore.isEmpty()) {
+        Scrivi(errore);
+        return NonAvviato;
+    }
+    Sincronizza(cartella);
+    std::printf("server folder ready: %s\n", qPrintable(QDir(cartella).absolutePath()));
+    return Fermato;
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
@@ -138,9 +154,13 @@ int main(int argc, char* argv[])
                                   QStringLiteral("folder"));
     const QCommandLineOption documenti(QStringLiteral("documents"), QStringLiteral("With --make-demo: how many documents (default 2000)."),
                                        QStringLiteral("n"), QStringLiteral("2000"));
+    const QCommandLineOption prepara(QStringLiteral("init-folder"),
+                                     QStringLiteral("Prepare an empty server folder (settings with their defaults, every "
+                                                    "service's configuration, no documents) unless it is one already, and exit."),
+                                     QStringLiteral("folder"));
     const QCommandLineOption quieto(QStringLiteral("quiet"),
                                     QStringLiteral("Only warnings and errors on standard error (the folder's logs keep everything)."));
-    riga.addOptions({cartella, ascolta, quieto, demo, documenti});
+    riga.addOptions({cartella, ascolta, quieto, prepara, demo, documenti});
     riga.addOptions(PxTls::Opzioni());
     if (!riga.parse(app.arguments())) {
         Scrivi(riga.errorText() + QStringLiteral(" (see --help)"));
@@ -160,6 +180,8 @@ int main(int argc, char* argv[])
     }
     if (riga.isSet(demo))
         return CreaDemo(riga.value(demo), riga.value(documenti));
+    if (riga.isSet(prepara))
+        return PreparaCartella(riga.value(prepara));
     if (!riga.isSet(cartella)) {
         Scrivi(QStringLiteral("--server-folder is needed (see --help)"));
         return Uso;

@@ -120,10 +120,16 @@ QString PxSrvConsole::FileServer(const char* nome) const
 
 QString PxSrvConsole::FileProprio(const char* nome) const
 {
-    // The layout is the console's own: beside the server's files when it shares them, in the
-    // user's data folder, one per server, when the server is across the network.
-    if (!mServer || mServer->FileLocali())
+    // The layout is the console's own: beside the server's files when it shares them and may
+    // write there, in the user's data folder, one per server, when the server is across the
+    // network or is the system's (its folder is its own user's).
+    if (!mServer)
         return FileServer(nome);
+    if (mServer->FileLocali()) {
+        const QString file = FileServer(nome);
+        if (QFileInfo(QFileInfo(file).absolutePath()).isWritable())
+            return file;
+    }
     QString server = mServer->Cartella();
     server.replace(QRegularExpression(QStringLiteral("[^A-Za-z0-9._-]+")), QStringLiteral("_"));
     const QDir proprio(QDir(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation))

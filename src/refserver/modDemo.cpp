@@ -111,7 +111,7 @@ QString StoricoLog(const QString& cartella)
 
 } // namespace
 
-QString CreaServerDemo(const QString& cartella, int documenti, quint64 seme)
+QString CreaCartellaServer(const QString& cartella)
 {
     const QDir radice(cartella);
     if (!QDir().mkpath(RefServer::CartellaServizi(cartella)) || !QDir().mkpath(RefServer::CartellaLog(cartella)))
@@ -147,6 +147,13 @@ QString CreaServerDemo(const QString& cartella, int documenti, quint64 seme)
         if (!doc.save_file(file.toUtf8().constData(), "  ", pugi::format_indent, pugi::encoding_utf8))
             return QStringLiteral("Impossibile scrivere %1").arg(file);
     }
+    return {};
+}
+
+QString CreaServerDemo(const QString& cartella, int documenti, quint64 seme)
+{
+    if (const QString errore = CreaCartellaServer(cartella); !errore.isEmpty())
+        return errore;
     if (const QString errore = CreaFormatiDemo(cartella); !errore.isEmpty())
         return errore;
     if (const QString errore = StoricoLog(cartella); !errore.isEmpty())

@@ -7,6 +7,10 @@
 // The content is fixed, so the same call always gives the same folder.
 namespace modDemo {
 
+// An installation's server folder without documents: the settings with their defaults, every
+// service's configuration and the log folder. Returns "" or what went wrong.
+QString CreaCartellaServer(const QString& cartella);
+
 // Writes the demo into `cartella` (created when missing) with `documenti` documents spread
 // over every folder and queue. Returns "" or what went wrong.
 QString CreaServerDemo(const QString& cartella, int documenti = 2000, quint64 seme = 1);

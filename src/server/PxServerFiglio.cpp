@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QEventLoop>
 #include <QStandardPaths>
 #include <QTimer>
@@ -12,6 +13,7 @@
 #include <csignal>
 #include <cstdio>
 #include <sys/prctl.h>
+#include <unistd.h>
 
 PxServerFiglio::PxServerFiglio(QObject* parent) : QObject(parent)
 {
@@ -55,6 +57,23 @@ QString PxServerFiglio::Programma()
     if (trovato.isEmpty())
         trovato = QStandardPaths::findExecutable(QStringLiteral("plxsrvd"), {QStringLiteral("/usr/sbin"), QStringLiteral("/usr/local/sbin")});
     return trovato;
+}
+
+QString PxServerFiglio::SocketDiSistema() { return QStringLiteral(PLX_SOCKET_SISTEMA); }
+
+QString PxServerFiglio::IndirizzoDiSistema(QString* perche)
+{
+    const QString socket = SocketDiSistema();
+    const QFileInfo info(socket);
+    QString motivo;
+    if (!info.exists())
+        motivo = QStringLiteral("no system server (%1 does not exist)").arg(socket);
+    else if (::access(QFile::encodeName(socket).constData(), R_OK | W_OK) != 0)
+        motivo = QStringLiteral("%1 is the system server's, and only the members of group \"%2\" may use it")
+                     .arg(socket, info.group());
+    if (perche)
+        *perche = motivo;
+    return motivo.isEmpty() ? QStringLiteral("local:") + socket : QString();
 }
 
 QString PxServerFiglio::Preferito(const QStringList& indirizzi)

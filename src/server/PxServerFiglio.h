@@ -28,6 +28,10 @@ public:
 
     // The server program: beside this program's own, else on the PATH (and in /usr/sbin).
     static QString Programma();
+    // The installed system server's address, when its socket is there and this user may open
+    // it (a member of its group); else "" with `perche` saying why.
+    static QString IndirizzoDiSistema(QString* perche = nullptr);
+    static QString SocketDiSistema();
     // Of the addresses a server listens on, the one a client on this machine takes first.
     static QString Preferito(const QStringList& indirizzi);
 

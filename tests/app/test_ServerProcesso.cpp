@@ -203,6 +203,39 @@ TEST_F(ServerProcesso, BadStartsEndWithTheirDocumentedStatus)
     EXPECT_EQ(stato({u"--help"_s}), 0);
 }
 
+// An installation's first start prepares its folder: settings and services, no documents; the
+// next starts leave what the administrator changed.
+TEST_F(ServerProcesso, AnInstallationsFolderIsPreparedOnceThenServedAsItIs)
+{
+    const QString installata = mDir.filePath(u"var/lib/plxsrvd"_s);
+    const auto prepara = [&] {
+        QProcess p;
+        p.start(QStringLiteral(PLX_SRVD), {u"--init-folder"_s, installata});
+        return p.waitForFinished(15000) ? p.exitCode() : -1;
+    };
+    ASSERT_EQ(prepara(), 0);
+    ASSERT_TRUE(modDemo::EServer(installata));
+    QFile ini(QDir(installata).filePath(u"PlxConfigurazione.ini"_s));
+    ASSERT_TRUE(ini.open(QIODevice::Append));
+    ini.write("; cambiato dall'amministratore\r\n");
+    ini.close();
+    ASSERT_EQ(prepara(), 0);
+    ASSERT_TRUE(ini.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(ini.readAll().contains("cambiato dall'amministratore")) << "an existing folder is left alone";
+    ini.close();
+
+    Avvia(QStringLiteral(PLX_SRVD), {u"--server-folder"_s, installata, u"--listen"_s, Indirizzo()});
+    Console console(Indirizzo());
+    ASSERT_TRUE(console.Pronta());
+    EXPECT_NE(console.Server.Servizio(u"PxSrvStampe"_s), nullptr);
+    PxSrvCartellaDocumenti* fax = console.Server.CartellaDocumenti(u"PxSrvDocFax"_s);
+    ASSERT_NE(fax, nullptr);
+    for (int coda = 0; coda < 10; ++coda)
+        EXPECT_TRUE(Coda(*fax, coda).isEmpty()) << "no documents in queue " << coda;
+    const Esito stato = Ctl({u"--server"_s, Indirizzo(), u"status"_s});
+    EXPECT_EQ(stato.Stato, 0) << qPrintable(stato.Errori);
+}
+
 TEST_F(ServerProcesso, AMoveMadeByOneConsoleReachesEveryConsole)
 {
     AvviaServer(Indirizzo());
@@ -272,7 +305,13 @@ TEST_F(ServerProcesso, TheClientSaysWhatItDidAndEndsWithItsStatus)
     EXPECT_EQ(Ctl(server).Stato, 2) << "no command";
     EXPECT_EQ(Ctl(server + QStringList{u"frob"_s}).Stato, 2);
     EXPECT_EQ(Ctl(server + QStringList{u"move"_s, u"fax"_s, u"--to"_s, u"x"_s, id}).Stato, 2);
-    EXPECT_EQ(Ctl({u"status"_s}).Stato, 2) << "no server named";
+    EXPECT_EQ(Ctl({u"--server"_s, Indirizzo(), u"--server-folder"_s, Cartella(), u"status"_s}).Stato, 2) << "two servers named";
+    if (!QFileInfo::exists(PxServerFiglio::SocketDiSistema())) {
+        // No server named and none installed: unreachable, saying what to give.
+        const Esito nessuno = Ctl({u"status"_s});
+        EXPECT_EQ(nessuno.Stato, 3);
+        EXPECT_TRUE(nessuno.Errori.contains(u"--server"_s)) << qPrintable(nessuno.Errori);
+    }
 
     QTemporaryDir vuota;
     EXPECT_EQ(Ctl({u"--server-folder"_s, vuota.path(), u"status"_s}).Stato, 3);
