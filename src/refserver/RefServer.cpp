@@ -16,6 +16,7 @@
 #include "modLetturaFile.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QElapsedTimer>
 #include <QMutexLocker>
 #include <QSysInfo>
@@ -289,8 +290,13 @@ void RefServer::RichiediDescrizione(quint64 richiesta)
 void RefServer::LeggiFile(quint64 richiesta, const QString& percorso, qint64 inizio, qint32 quanti)
 {
     const PxRisposta r = modLetturaFile::Leggi(mCartella, percorso, inizio, quanti);
-    if (!r.Riuscita())
-        mLog.Scrivi(modRigaLog::LivelloAvviso, QStringLiteral("Lettura di %1 non eseguita: %2").arg(percorso.left(300), r.Testo));
+    if (!r.Riuscita()) {
+        // A file not there yet (the log of a service that has not written one) is ordinary;
+        // a refusal is worth a warning.
+        const bool manca = !QFileInfo::exists(QDir(mCartella).filePath(QDir::fromNativeSeparators(percorso.trimmed())));
+        mLog.Scrivi(manca ? modRigaLog::LivelloDettaglio : modRigaLog::LivelloAvviso,
+                    QStringLiteral("Lettura di %1 non eseguita: %2").arg(percorso.left(300), r.Testo));
+    }
     emit Risposta(richiesta, r.Esito, r.Testo, r.Dati);
 }
 

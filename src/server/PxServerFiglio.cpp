@@ -65,8 +65,12 @@ QString PxServerFiglio::IndirizzoDiSistema(QString* perche)
 {
     const QString socket = SocketDiSistema();
     const QFileInfo info(socket);
+    const QFileInfo cartella(info.absolutePath());
     QString motivo;
-    if (!info.exists())
+    if (cartella.exists() && !cartella.isExecutable())
+        motivo = QStringLiteral("%1 is the system server's, and only the members of group \"%2\" may use it")
+                     .arg(socket, cartella.group());
+    else if (!info.exists())
         motivo = QStringLiteral("no system server (%1 does not exist)").arg(socket);
     else if (::access(QFile::encodeName(socket).constData(), R_OK | W_OK) != 0)
         motivo = QStringLiteral("%1 is the system server's, and only the members of group \"%2\" may use it")
