@@ -1,14 +1,16 @@
 #include "RefCartellaDocumenti.h"
 
 #include "RefAccesso.h"
+#include "modComandiCartella.h"
+#include "modNodoElenco.h"
 #include "modXml.h"
 
 #include "PxRigaLog.h"
 #include "RefLog.h"
 #include "RefServizio.h"
 #include "modDisco.h"
-#include "modProprieta.h"
 #include "modFileDocumento.h"
+#include "modProprieta.h"
 
 #include <QDir>
 #include <QFile>
@@ -20,84 +22,9 @@
 
 #include <algorithm>
 #include <limits>
-#include <atomic>
-#include <thread>
 #include <sstream>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-// Appends `testo` escaped for XML character data; control characters other than tab and
-// line breaks are dropped, since XML 1.0 cannot carry them.
-void Escape(QByteArray& out, const QString& testo)
-{
-    const QByteArray utf8 = testo.toUtf8();
-    for (const char c : utf8) {
-        switch (c) {
-        case '&': out += "&amp;"; break;
-        case '<': out += "&lt;"; break;
-        case '>': out += "&gt;"; break;
-        default:
-            if (static_cast<unsigned char>(c) >= 0x20 || c == '\t' || c == '\n' || c == '\r')
-                out += c;
-        }
-    }
-}
-
-QString Priorita(qint32 p)
-{
-    switch (p) {
-    case 1: return u"Alta"_s;
-    case 2: return u"Urgente"_s;
-    default: return u"Normale"_s;
-    }
-}
-
-QString Campo(const DatiDocumento& d, modCartelle::Campo c)
-{
-    using enum modTabellaCartelle::Campo;
-    switch (c) {
-    case Id: return d.Id;
-    case Descrizione: return d.Descrizione;
-    case Stato: return d.Stato;
-    case Utente: return d.Utente;
-    case Sigla: return d.Sigla;
-    case Numero: return QString::number(d.NumeroTarquel);
-    case Stampante: return d.Stampante;
-    case A: return d.A;
-    case Cc: return d.Cc;
-    case Ccn: return d.Ccn;
-    case Priorita: return ::Priorita(d.Priorita);
-    case PrefissoInternazionale: return d.PrefissoInternazionale;
-    case PrefissoLocale: return d.PrefissoLocale;
-    case NumeroFax: return d.NumeroFax;
-    case KeyUtente: return d.KeyUtente;
-    case Pagine: return QString::number(d.Pagine);
-    case Ip: return d.Ip;
-    case Inserito: return modDate::Testo(d.Inserito);
-    case Elaborato: return modDate::Testo(d.Elaborato);
-    }
-    return {};
-}
-
-// The selected ids of a selection document, without repeats; nullopt when it does not parse.
-std::optional<QStringList> Selezione(const QString& xml)
-{
-    pugi::xml_document doc;
-    const QByteArray utf8 = xml.toUtf8();
-    if (!doc.load_buffer(utf8.constData(), static_cast<size_t>(utf8.size())) || !doc.document_element())
-        return std::nullopt;
-    QStringList id;
-    for (const pugi::xml_node n : doc.document_element().children("ID")) {
-        const QString testo = QString::fromUtf8(n.child_value()).trimmed();
-        if (!testo.isEmpty() && !id.contains(testo))
-            id << testo;
-    }
-    return id;
-}
-
-} // namespace
 
 RefCartellaDocumenti::RefCartellaDocumenti(const modCartelle::Definizione& definizione, const QString& cartellaServer,
                                            RefServizio* servizio, RefServizio* stato, RefLog& logServer, QObject* parent)
@@ -108,7 +35,8 @@ RefCartellaDocumenti::RefCartellaDocumenti(const modCartelle::Definizione& defin
       mServizio(servizio),
       mStato(stato),
       mLogServer(logServer),
-      mCode(static_cast<size_t>(definizione.NumeroCode))
+      mCode(static_cast<size_t>(definizione.NumeroCode)),
+      mCaricamento(definizione, cartellaServer, mRadice, logServer, [this](QStringView nome) { OsservaId(nome); })
 {
 }
 
@@ -250,109 +178,18 @@ void RefCartellaDocumenti::AggiornaContatori()
     mStato->Pubblica(true);
 }
 
-qint64 RefCartellaDocumenti::Prepara()
-{
-    mCandidati.clear();
-    for (qint32 coda = 0; coda < mDef.NumeroCode; ++coda) {
-        const QDir cartella(CartellaCoda(coda));
-        QDir().mkpath(cartella.path());
-        Recupera(cartella.path());
-        // What a crash left half-written: the document kept its old file, whole.
-        for (const QString& nome : cartella.entryList({QString::fromLatin1(modDisco::PrefissoTemporaneo) + u'*'},
-                                                       QDir::Files | QDir::Hidden | QDir::System)) {
-            QFile::remove(cartella.filePath(nome));
-            mLogServer.Scrivi(modRigaLog::LivelloAvviso, QStringLiteral("%1: file temporaneo %2 rimosso").arg(Chiave(), cartella.filePath(nome)));
-        }
-        for (const QString& nome : cartella.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name)) {
-            OsservaId(nome); // unreadable ones too: their ids are taken
-            mCandidati.push_back({coda, nome});
-        }
-    }
-    // Creations and jobs set aside keep their ids in their names.
-    const QDir respinti(QDir(mCartellaServer).filePath(u"LavoriRespinti/"_s + ChiaveServizio()));
-    for (const QString& nome : respinti.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot))
-        OsservaId(nome);
-    return static_cast<qint64>(mCandidati.size());
-}
+qint64 RefCartellaDocumenti::Prepara() { return mCaricamento.Prepara(); }
 
 int RefCartellaDocumenti::Carica(const std::function<void(qint64 letti)>& avanzamento, const std::atomic<bool>* interrompi)
 {
-    struct Letto
-    {
-        qint32 Coda;
-        QString Nome;
-        DatiDocumento Dati;
-        QString Motivo; // why it was skipped; "" when read
-        bool FuoriCoda = false; // its description names another queue
-    };
-    if (mCandidati.empty())
-        Prepara();
-    std::vector<Letto> letti;
-    letti.reserve(mCandidati.size());
-    for (Candidato& c : mCandidati)
-        letti.push_back({c.Coda, std::move(c.Nome), {}, {}, false});
-    mCandidati.clear();
-    // Reading and parsing the descriptions is most of a large folder's start: shared by threads.
-    std::atomic<size_t> prossimo{0};
-    const auto leggi = [&](bool riferisci) {
-        for (size_t i = prossimo++; i < letti.size(); i = prossimo++) {
-            if (interrompi && interrompi->load(std::memory_order_relaxed))
-                return;
-            if (riferisci && avanzamento && (i & 255) == 0)
-                avanzamento(static_cast<qint64>(i));
-            Letto& l = letti[i];
-            const QString file = CartellaCoda(l.Coda) + u'/' + l.Nome + u'/' + l.Nome + u".xml"_s;
-            pugi::xml_document doc;
-            const pugi::xml_parse_result esito = doc.load_file(QFile::encodeName(file).constData());
-            if (!esito)
-                l.Motivo = QStringLiteral("descrizione illeggibile (%1)").arg(QString::fromUtf8(esito.description()));
-            else if (!modProprieta::Leggi(doc.document_element(), l.Dati))
-                l.Motivo = u"descrizione non valida"_s;
-            else if (l.Dati.Id != l.Nome || l.Dati.Genere != mDef.Genere)
-                l.Motivo = u"descrizione di un altro documento"_s;
-            l.FuoriCoda = l.Dati.Coda != l.Coda;
-            l.Dati.Coda = l.Coda; // the folder it lies in is the truth
-        }
-    };
-    std::vector<std::thread> fili;
-    // Mostly waiting on the disk when the cache is cold: more readers than cores keep it busy.
-    for (unsigned t = 1; t < 8 && letti.size() > 64; ++t)
-        fili.emplace_back(leggi, false);
-    leggi(true); // this thread, the server's, reports the progress
-    for (std::thread& t : fili)
-        t.join();
+    std::vector<RefCaricamentoCartella::Documento> letti = mCaricamento.Leggi(avanzamento, interrompi);
     if (interrompi && interrompi->load())
         return 0;
-
-    const auto chiave = [](const Letto& l) { return l.Dati.Elaborato.isValid() ? l.Dati.Elaborato : l.Dati.Inserito; };
-    std::stable_sort(letti.begin(), letti.end(), [&](const Letto& a, const Letto& b) { return chiave(a) < chiave(b); });
     mIndice.reserve(static_cast<qsizetype>(letti.size()));
-    for (Letto& l : letti) {
-        if (!l.Motivo.isEmpty()) {
-            mLogServer.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("%1: documento %2 saltato, %3")
-                                                             .arg(Chiave(), CartellaCoda(l.Coda) + u'/' + l.Nome, l.Motivo));
-            continue;
-        }
-        if (const auto doppio = mIndice.constFind(l.Dati.Id); doppio != mIndice.cend()) {
-            mLogServer.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("%1: documento %2 presente in due code, tenuto in %3")
-                                                             .arg(Chiave(), l.Dati.Id)
-                                                             .arg(doppio->Dati.Coda));
-            continue;
-        }
-        // File names come from a file anyone could have edited: one that would leave the
-        // document's folder is dropped, never joined.
-        for (QString* nome : {&l.Dati.FileCorpo, &l.Dati.FileScript, &l.Dati.FileIntestazione, &l.Dati.FileOutput,
-                              &l.Dati.FileLog}) {
-            if (nome->isEmpty() || modDisco::NomeSemplice(*nome))
-                continue;
-            mLogServer.Scrivi(modRigaLog::LivelloAvviso, QStringLiteral("%1: documento %2, nome di file \"%3\" ignorato")
-                                                             .arg(Chiave(), l.Dati.Id, *nome));
-            nome->clear();
-        }
-        const bool riscrivi = l.FuoriCoda;
+    for (RefCaricamentoCartella::Documento& l : letti) {
         const QString id = l.Dati.Id;
         Inserisci(std::move(l.Dati));
-        if (riscrivi) {
+        if (l.FuoriCoda) {
             // A move a crash cut short between the rename and the rewrite: the queue wins.
             QString errore;
             const DatiDocumento& d = mIndice.constFind(id)->Dati;
@@ -363,66 +200,6 @@ int RefCartellaDocumenti::Carica(const std::function<void(qint64 letti)>& avanza
     }
     AggiornaContatori();
     return static_cast<int>(mIndice.size());
-}
-
-bool RefCartellaDocumenti::RimettiInIngresso(const QString& provvisoria)
-{
-    // The record a creation writes before it moves a job's files in: "<from>\t<name>" a line.
-    QFile origine(provvisoria + u"/.origine"_s);
-    if (!modDisco::FileRegolare(origine.fileName()) || !origine.open(QIODevice::ReadOnly))
-        return false;
-    const QString ingresso = QDir(mCartellaServer).filePath(u"Ingresso/"_s);
-    std::vector<std::pair<QString, QString>> ritorni; // in the folder -> back where it came from
-    for (const QByteArray& riga : origine.read(64 * 1024).split('\n')) {
-        const QList<QByteArray> campi = riga.split('\t');
-        if (campi.size() != 2)
-            continue;
-        const QString da = QDir::cleanPath(QString::fromUtf8(campi[0]));
-        const QString nome = QString::fromUtf8(campi[1]);
-        // Only back into an input folder of this server, and only a plain name from here.
-        if (!da.startsWith(ingresso) || !modDisco::NomeSemplice(nome))
-            return false;
-        if (modDisco::Occupato(provvisoria + u'/' + nome))
-            ritorni.emplace_back(provvisoria + u'/' + nome, da);
-    }
-    for (const auto& [qui, la] : ritorni)
-        if (modDisco::Occupato(la))
-            return false; // something new took the name meanwhile: set the folder aside instead
-    for (const auto& [qui, la] : ritorni)
-        if (!modDisco::Rinomina(qui, la))
-            return false;
-    QDir(provvisoria).removeRecursively();
-    mLogServer.Scrivi(modRigaLog::LivelloAvviso, QStringLiteral("%1: creazione interrotta %2, lavoro rimesso in ingresso (%3 file)")
-                                                     .arg(Chiave(), provvisoria)
-                                                     .arg(ritorni.size()));
-    return true;
-}
-
-void RefCartellaDocumenti::Recupera(const QString& cartellaCoda)
-{
-    const QDir cartella(cartellaCoda);
-    const QStringList interrotte =
-        cartella.entryList({u".*.nuovo"_s}, QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
-    if (interrotte.isEmpty())
-        return;
-    const QString respinti = QDir(mCartellaServer).filePath(u"LavoriRespinti/"_s + ChiaveServizio());
-    QDir().mkpath(respinti);
-    for (const QString& nome : interrotte) {
-        OsservaId(QStringView(nome).mid(1)); // whatever happens to it, its id stays taken
-        if (RimettiInIngresso(cartella.filePath(nome)))
-            continue;
-        if (QDir(cartella.filePath(nome)).isEmpty()) {
-            // Stopped before anything was written or moved in: nothing to keep.
-            QDir().rmdir(cartella.filePath(nome));
-            continue;
-        }
-        const QString destinazione = respinti + u'/' + nome.mid(1).chopped(6) + u"-interrotto-"_s
-            + QDateTime::currentDateTime().toString(u"yyyyMMddHHmmsszzz"_s);
-        const bool ok = QDir().rename(cartella.filePath(nome), destinazione);
-        mLogServer.Scrivi(modRigaLog::LivelloAvviso,
-                          ok ? QStringLiteral("%1: creazione interrotta di %2 messa da parte in %3").arg(Chiave(), nome, destinazione)
-                             : QStringLiteral("%1: impossibile mettere da parte %2").arg(Chiave(), cartella.filePath(nome)));
-    }
 }
 
 QString RefCartellaDocumenti::Crea(DatiDocumento d, const std::vector<FileNuovo>& file, bool annuncia)
@@ -589,24 +366,9 @@ PxRisposta RefCartellaDocumenti::Rifiuta(const QString& motivo, qint32 esito) co
     return {esito, motivo, {}};
 }
 
-void RefCartellaDocumenti::AppendiNodo(QByteArray& out, const DatiDocumento& d) const
-{
-    out += "<D>";
-    for (const modTabellaCartelle::Colonna& c : mDef.Campi) {
-        out += "<F>";
-        Escape(out, Campo(d, c.Campo));
-        out += "</F>";
-    }
-    out += "<C>";
-    for (const Collegato& c : d.Collegati) {
-        out += "<L><F>";
-        Escape(out, c.Id);
-        out += "</F><F>";
-        Escape(out, c.Descrizione);
-        out += "</F></L>";
-    }
-    out += "</C></D>";
-}
+PxRisposta RefCartellaDocumenti::Esito(const PxRisposta& r) const { return r.Riuscita() ? r : Rifiuta(r.Testo, r.Esito); }
+
+void RefCartellaDocumenti::AppendiNodo(QByteArray& out, const DatiDocumento& d) const { modNodoElenco::Appendi(out, d, mDef); }
 
 QByteArray RefCartellaDocumenti::TestoElenco() const
 {
@@ -702,7 +464,7 @@ void RefCartellaDocumenti::Documento(quint64 richiesta, const QString& id)
 
 PxRisposta RefCartellaDocumenti::SpostaSelezione(const QString& selezioneXml, qint32 coda)
 {
-    const std::optional<QStringList> id = Selezione(selezioneXml);
+    const std::optional<QStringList> id = modComandiCartella::Selezione(selezioneXml);
     if (!id)
         return Rifiuta(u"spostamento rifiutato: selezione non leggibile"_s);
     if (coda < 0 || coda >= mDef.NumeroCode)
@@ -730,84 +492,24 @@ PxRisposta RefCartellaDocumenti::SpostaSelezione(const QString& selezioneXml, qi
 
 PxRisposta RefCartellaDocumenti::Anteprime(const QString& selezioneXml, const QString& indirizzo)
 {
-    const std::optional<QStringList> id = Selezione(selezioneXml);
+    const std::optional<QStringList> id = modComandiCartella::Selezione(selezioneXml);
     if (!id)
         return Rifiuta(u"anteprime rifiutate: selezione non leggibile"_s);
     RefCartellaDocumenti* anteprime = mDestinazione ? mDestinazione(GenereCartella::Anteprima) : nullptr;
     if (!anteprime)
         return Rifiuta(u"anteprime rifiutate: nessuna cartella anteprime"_s);
-    for (const QString& i : *id) {
-        const DatiDocumento* origine = Trova(i);
-        if (!origine)
-            return Rifiuta(QStringLiteral("anteprime rifiutate: documento %1 sconosciuto").arg(i));
-        DatiDocumento d;
-        d.Descrizione = QStringLiteral("Anteprima di %1: %2").arg(origine->Id, origine->Descrizione);
-        d.Utente = origine->Utente;
-        d.UtenteDescrizione = origine->UtenteDescrizione;
-        d.Funzione = origine->Funzione;
-        d.Ip = indirizzo;
-        d.KeyUtente = indirizzo;
-        d.Pagine = origine->Pagine;
-        d.Stato = u"In attesa"_s;
-        d.Inserito = QDateTime::currentDateTime();
-        std::vector<FileNuovo> file;
-        const QString percorsoCorpo = CartellaDi(*origine) + u'/' + origine->FileCorpo;
-        if (!origine->FileCorpo.isEmpty() && modDisco::FileRegolare(percorsoCorpo)) {
-            QFile corpo(percorsoCorpo);
-            if (corpo.open(QIODevice::ReadOnly))
-                file.push_back({u"corpo.bpx"_s, corpo.readAll(), {}});
-        }
-        d.Id = anteprime->NuovoId();
-        if (!file.empty()) {
-            file.front().Nome = d.Id + u".bpx"_s;
-            d.FileCorpo = file.front().Nome;
-        }
-        if (const QString errore = anteprime->Crea(std::move(d), file); !errore.isEmpty())
-            return Rifiuta(u"anteprima non creata: "_s + errore, modContratto::Fallito);
-    }
-    return {};
+    return Esito(modComandiCartella::Anteprime(*this, *id, indirizzo, *anteprime));
 }
 
 PxRisposta RefCartellaDocumenti::Comprimi(const QString& selezioneXml)
 {
-    const std::optional<QStringList> id = Selezione(selezioneXml);
+    const std::optional<QStringList> id = modComandiCartella::Selezione(selezioneXml);
     if (!id || id->isEmpty())
         return Rifiuta(u"invio compresso rifiutato: selezione vuota o non leggibile"_s);
     RefCartellaDocumenti* email = mDestinazione ? mDestinazione(GenereCartella::Email) : nullptr;
     if (!email)
         return Rifiuta(u"invio compresso rifiutato: nessuna cartella email"_s);
-    std::vector<modFileDocumento::FileArchivio> contenuto;
-    for (const QString& i : *id) {
-        const DatiDocumento* d = Trova(i);
-        if (!d)
-            return Rifiuta(QStringLiteral("invio compresso rifiutato: documento %1 sconosciuto").arg(i));
-        const QDir cartella(CartellaDi(*d));
-        // Links are never followed: only the document's own regular files go.
-        for (const QString& nome : cartella.entryList(QDir::Files | QDir::NoSymLinks, QDir::Name)) {
-            QFile f(cartella.filePath(nome));
-            if (modDisco::FileRegolare(f.fileName()) && f.open(QIODevice::ReadOnly))
-                contenuto.push_back({i + u'/' + nome, f.readAll()});
-        }
-    }
-    DatiDocumento m;
-    m.Id = email->NuovoId();
-    m.Descrizione = QStringLiteral("Documenti compressi: %1").arg(id->join(u", "_s));
-    m.Oggetto = m.Descrizione;
-    m.Da = u"plxsrv@pelorix.local"_s;
-    m.A = u"amministratore@pelorix.local"_s;
-    m.Utente = u"plxsrv"_s;
-    m.Stato = u"In attesa"_s;
-    m.Inserito = QDateTime::currentDateTime();
-    const QString allegato = m.Id + mEstensioneZip;
-    m.FileOutput.clear();
-    QString errore;
-    const QByteArray archivio = modFileDocumento::Archivio(contenuto, &errore);
-    if (archivio.isEmpty())
-        return Rifiuta(u"invio compresso non riuscito: "_s + errore, modContratto::Fallito);
-    std::vector<FileNuovo> file{{allegato, archivio, {}}};
-    if (const QString motivo = email->Crea(std::move(m), file); !motivo.isEmpty())
-        return Rifiuta(u"invio compresso non riuscito: "_s + motivo, modContratto::Fallito);
-    return {};
+    return Esito(modComandiCartella::Comprimi(*this, *id, *email, mEstensioneZip));
 }
 
 QString RefCartellaDocumenti::CartellaDocumentoDi(const QString& id) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "DatiDocumento.h"
+#include "RefCaricamentoCartella.h"
 #include "PxContratto.h"
 #include "modCartelle.h"
 
@@ -21,7 +22,9 @@ class RefServizio;
 // so a document is in exactly one queue, and a move is one rename. The folder keeps an
 // index in memory (loaded once at start) from which listings are written; every change of
 // queue updates disk first, then the index, the counters, and raises DocumentoSpostato
-// through the owning service.
+// through the owning service. Beside it: the start from disk (RefCaricamentoCartella), the
+// listing's node writer (modNodoElenco), the commands that make documents in other folders
+// (modComandiCartella); here the index, the moves and the requests.
 class RefCartellaDocumenti : public QObject
 {
     Q_OBJECT
@@ -144,18 +147,8 @@ private:
     // "" when `id` is known and `coda` a queue of this folder, else why not.
     QString Verifica(const QString& id, qint32 coda) const;
 
-    // A creation a crash interrupted leaves a hidden ".<id>.nuovo" folder: its files (maybe a
-    // job's, moved in from an input folder) are set aside whole, never deleted.
-    void Recupera(const QString& cartellaCoda);
-    // A creation that was taking a job's files: puts them back where they came from, whole.
-    bool RimettiInIngresso(const QString& provvisoria);
-
-    struct Candidato
-    {
-        qint32 Coda;
-        QString Nome;
-    };
-    std::vector<Candidato> mCandidati; // between Prepara and Carica
+    // A command's answer, logged when it is a refusal or a failure.
+    PxRisposta Esito(const PxRisposta& r) const;
 
     const modCartelle::Definizione& mDef;
     QString mCartellaServer;
@@ -169,4 +162,5 @@ private:
     quint64 mProssimoId = 1;
     Destinazione mDestinazione;
     QString mEstensioneZip = QStringLiteral(".pxz");
+    RefCaricamentoCartella mCaricamento;
 };
