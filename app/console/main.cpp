@@ -1,11 +1,13 @@
 // plxsrvconsole: plays the host's part. It opens the server, creates the engine, hands it
 // the server and its events, the GUI and log folders, and drives it through its life.
 
+#include "PxAttesaLavoro.h"
 #include "PxCollegamentoRemoto.h"
 #include "PxErrore.h"
 #include "PxSegnaliArresto.h"
 #include "PxSrvConsole.h"
 #include "PxSrvServer.h"
+#include "PxSrvServizio.h"
 #include "PxServerFiglio.h"
 #include "PxTls.h"
 #include "RefServer.h"
@@ -24,7 +26,6 @@
 #include <QTimer>
 #include <QUrl>
 
-#include <pugixml.hpp>
 
 #include <algorithm>
 #include <cstdio>
@@ -46,44 +47,52 @@ void Errore(const QString& testo)
         QMessageBox::critical(nullptr, PxSrvConsole::TitoloProgramma(), testo);
 }
 
-// Writes the test page of printer `nome` into the printing service's input folder of the
-// server folder, for scripts and for checking a printer from a terminal. The printers are
-// read from the service's configuration, the folder is the one the layout names.
-int StampaPaginaDiProva(const QString& cartellaServer, const QString& nome)
+// Hands the test page of printer `nome` to the printing service of the server attached to, the
+// way the console's command does, and waits until the service took it (or says why not): for
+// scripts and for checking a printer from a terminal. 0 taken, 1 refused, 3 no server.
+int StampaPaginaDiProva(PxSrvServer& server, const QString& nome)
 {
-    const QDir server(cartellaServer);
-    pugi::xml_document doc;
-    const QString configurazione = server.filePath(QStringLiteral("Servizi/PxSrvStampe.xml"));
-    if (!doc.load_file(QFile::encodeName(configurazione).constData())) {
-        Errore(QStringLiteral("cannot read the printing service's configuration: %1").arg(configurazione));
-        return 1;
-    }
-    const pugi::xml_node stampante = modContenuto::TrovaStampante(doc.document_element(), nome);
-    if (!stampante) {
-        QStringList note;
-        for (const pugi::xml_node s : doc.document_element().child("Stampanti").children("Stampante"))
-            note << QString::fromUtf8(s.child_value("NomeStampanteWindows"));
-        Errore(QStringLiteral("unknown printer \"%1\"; the printers are: %2").arg(nome, note.join(QStringLiteral(", "))));
-        return 2;
+    QEventLoop attesa;
+    QTimer::singleShot(15000, &attesa, &QEventLoop::quit);
+    QObject::connect(&server, &PxSrvServer::Pronto, &attesa, &QEventLoop::quit);
+    QObject::connect(&server, &PxSrvServer::Interrotto, &attesa, &QEventLoop::quit);
+    if (!server.Caricato())
+        attesa.exec();
+    PxSrvServizio* stampe = server.Servizio(QStringLiteral("PxSrvStampe"));
+    if (!server.Caricato() || !stampe) {
+        Errore(QStringLiteral("the server is not ready: %1").arg(server.Interruzione()));
+        return 3;
     }
     const PxConsoleResDll testi;
-    QString errore;
-    const std::optional<modContenuto::Lavoro> lavoro =
-        modContenuto::PaginaDiProva(stampante, testi, QDateTime::currentDateTime(), &errore);
-    if (!lavoro) {
-        Errore(QStringLiteral("%1: %2").arg(nome, errore));
-        return 1;
-    }
-    // A server that never ran here has not made its input folder yet: it takes it as it finds it.
-    const QString ingresso = server.filePath(QStringLiteral("Ingresso/PxSrvStampe"));
-    QDir().mkpath(ingresso);
-    const modLavoro::Esito esito = modContenuto::ScriviPaginaDiProva(*lavoro, ingresso);
-    if (!esito.Riuscito) {
-        Errore(esito.Errore);
-        return 1;
-    }
-    std::printf("test page written: %s.hpx\n", qPrintable(esito.Base));
-    return 0;
+    int esito = 1;
+    QEventLoop fine;
+    QObject richiedente;
+    auto* sorte = new PxAttesaLavoro(stampe, &richiedente);
+    QObject::connect(sorte, &PxAttesaLavoro::Preso, &fine, [&](const QString& base, const QString& id) {
+        std::printf("%s: taken as %s\n", qPrintable(QFileInfo(base).fileName()), qPrintable(id));
+        esito = 0;
+        fine.quit();
+    });
+    QObject::connect(sorte, &PxAttesaLavoro::Respinto, &fine, [&](const QString& base, const QString& motivo) {
+        Errore(QStringLiteral("%1: set aside: %2").arg(QFileInfo(base).fileName(), motivo));
+        fine.quit();
+    });
+    QObject::connect(sorte, &PxAttesaLavoro::Scaduto, &fine, [&](const QString& base) {
+        std::printf("%s: handed over, not yet taken by the printing service\n", qPrintable(QFileInfo(base).fileName()));
+        esito = 0;
+        fine.quit();
+    });
+    modContenuto::InviaPaginaDiProva(&server, nome, testi, &richiedente, [&](const PxRisposta& r) {
+        if (!r.Riuscita()) {
+            Errore(r.Testo);
+            esito = r.Esito == modContratto::NonDisponibile ? 3 : 1;
+            fine.quit();
+            return;
+        }
+        sorte->Attendi(r.Testo, 10000);
+    });
+    fine.exec();
+    return esito;
 }
 
 // Parses the command line on `app`: prints help, the version or an error and exits there.
@@ -112,8 +121,9 @@ struct RigaComando
                                   QStringLiteral("Start, save pictures of the windows into a folder, and exit."),
                                   QStringLiteral("folder")};
     QCommandLineOption Prova{QStringLiteral("print-test-page"),
-                             QStringLiteral("Write the test page of a printer (its Windows name) into the printing "
-                                            "service's input folder of --server-folder, and exit."),
+                             QStringLiteral("Send the test page of a printer (its key or Windows name) to the printing "
+                                            "service of the server attached to, wait until the service took it, and exit "
+                                            "(0 taken, 1 refused, 3 no server)."),
                              QStringLiteral("printer")};
     QCommandLineOption Aiuto = Parser.addHelpOption();
     QCommandLineOption Versione = Parser.addVersionOption();
@@ -193,14 +203,6 @@ int main(int argc, char* argv[])
         return 0;
     }
 
-    if (opzioni.isSet(prova)) {
-        if (!opzioni.isSet(server)) {
-            Errore(QStringLiteral("--print-test-page wants --server-folder"));
-            return 2;
-        }
-        return StampaPaginaDiProva(opzioni.value(server), opzioni.value(prova));
-    }
-
     // The server lives in a process of its own: the one serving the folder, or one started
     // here for it, which ends with the console.
     PxServerFiglio figlio;
@@ -247,6 +249,9 @@ int main(int argc, char* argv[])
             return 3;
         }
     }
+
+    if (opzioni.isSet(prova))
+        return StampaPaginaDiProva(srv, opzioni.value(prova));
 
     PxSrvConsole engine;
     engine.SetSrvServer(&srv);

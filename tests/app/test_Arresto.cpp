@@ -1,5 +1,6 @@
 // The console as a real process, stopped by a signal of the system: it must close the way
 // the server's Arresta closes it, saving what it saves, and end with status 0.
+#include "PxBloccoCartella.h"
 #include "modDemo.h"
 
 #include <gtest/gtest.h>
@@ -82,8 +83,9 @@ TEST_F(Arresto, ASignalWhileStartingStopsOnceStarted)
 
 namespace {
 
-// From a terminal, without a display: the printer's test page into the input folder.
-TEST(RigaDiComando, PrintTestPageWritesTheJobOrSaysWhichPrintersThereAre)
+// From a terminal, without a display: the printer's test page handed to the folder's server
+// (started for it, and stopped after), done once the printing service took it.
+TEST(RigaDiComando, PrintTestPageIsTakenByThePrintingServiceOrSaysWhyNot)
 {
     QTemporaryDir dir;
     ASSERT_EQ(modDemo::CreaServerDemo(dir.path(), 0), QString());
@@ -95,15 +97,22 @@ TEST(RigaDiComando, PrintTestPageWritesTheJobOrSaysWhichPrintersThereAre)
     processo.start(QStringLiteral(PLX_CONSOLE), {u"--server-folder"_s, dir.path(), u"--print-test-page"_s, u"Zebra banco"_s});
     ASSERT_TRUE(processo.waitForFinished(30000));
     EXPECT_EQ(processo.exitCode(), 0) << processo.readAllStandardError().constData();
-    const QDir ingresso(QDir(dir.path()).filePath(u"Ingresso/PxSrvStampe"_s));
-    EXPECT_TRUE(ingresso.exists(u"Pagina di prova di Zebra banco.hpx"_s));
-    EXPECT_TRUE(ingresso.exists(u"Pagina di prova di Zebra banco.bpx"_s));
+    const QString detto = QString::fromUtf8(processo.readAllStandardOutput());
+    EXPECT_TRUE(detto.startsWith(u"Pagina di prova di Zebra banco: taken as STP-"_s)) << qPrintable(detto);
+    const QString id = detto.section(u"taken as "_s, 1).trimmed();
+    // A document now, in whichever stage the workers have taken it to.
+    bool documento = false;
+    for (const QString& coda : QDir(QDir(dir.path()).filePath(u"Documenti/PxSrvDocStampe"_s)).entryList(QDir::Dirs))
+        documento = documento || QDir(dir.path()).exists(u"Documenti/PxSrvDocStampe/"_s + coda + u'/' + id);
+    EXPECT_TRUE(documento) << qPrintable(id);
+    EXPECT_TRUE(QDir(QDir(dir.path()).filePath(u"Ingresso/PxSrvStampe"_s)).entryList(QDir::Files).isEmpty());
+    EXPECT_FALSE(PxBloccoCartella::Leggi(dir.path()).Vivo) << "the server started for the page stopped with it";
 
     processo.start(QStringLiteral(PLX_CONSOLE), {u"--server-folder"_s, dir.path(), u"--print-test-page"_s, u"Nessuna"_s});
     ASSERT_TRUE(processo.waitForFinished(30000));
-    EXPECT_EQ(processo.exitCode(), 2);
+    EXPECT_EQ(processo.exitCode(), 1);
     const QString errore = QString::fromUtf8(processo.readAllStandardError());
-    EXPECT_TRUE(errore.contains(u"Nessuna"_s) && errore.contains(u"Zebra banco"_s)) << qPrintable(errore);
+    EXPECT_TRUE(errore.contains(u"Nessuna"_s)) << qPrintable(errore);
 }
 
 } // namespace
