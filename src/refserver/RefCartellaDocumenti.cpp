@@ -40,6 +40,37 @@ RefCartellaDocumenti::RefCartellaDocumenti(const modCartelle::Definizione& defin
 {
 }
 
+RefCartellaDocumenti::~RefCartellaDocumenti() { Consolida(false); }
+
+void RefCartellaDocumenti::CompletaInSospeso()
+{
+    if (!mAParte.empty() || mDaSincronizzare || !mDopo.empty())
+        Consolida();
+}
+
+void RefCartellaDocumenti::Consolida(bool avvisa)
+{
+    mConsolidaProgrammata = false;
+    const std::vector<DescrizioneAParte> aParte = std::exchange(mAParte, {});
+    const std::vector<std::function<void()>> dopo = std::exchange(mDopo, {});
+    if (std::exchange(mDaSincronizzare, false)) {
+        // What the batch wrote aside and the folders it renamed reach the disk; then the
+        // descriptions take their places, and that reaches it too.
+        QString errore;
+        if (!modDisco::SincronizzaTutto(mRadice, &errore))
+            mLogServer.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("%1: %2").arg(Chiave(), errore));
+        for (const DescrizioneAParte& d : aParte)
+            if (!modDisco::MettiAlPosto(d.Temporaneo, d.Finale, &errore))
+                mLogServer.Scrivi(modRigaLog::LivelloErrore,
+                                  QStringLiteral("%1: descrizione di %2 non aggiornata: %3").arg(Chiave(), d.Id, errore));
+        if (!aParte.empty() && !modDisco::SincronizzaTutto(mRadice, &errore))
+            mLogServer.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("%1: %2").arg(Chiave(), errore));
+    }
+    if (avvisa)
+        for (const std::function<void()>& f : dopo)
+            f();
+}
+
 QString RefCartellaDocumenti::RadiceDi(const modCartelle::Definizione& def, const QString& cartellaServer)
 {
     return QDir(cartellaServer).filePath(u"Documenti/"_s + QString::fromLatin1(def.Chiave));
@@ -108,6 +139,7 @@ QStringList RefCartellaDocumenti::Coda(qint32 coda, int massimo, const std::func
 
 QString RefCartellaDocumenti::ImpostaStato(const QString& id, const QString& stato)
 {
+    CompletaInSospeso();
     const auto it = mIndice.find(id);
     if (it == mIndice.end())
         return QStringLiteral("documento %1 sconosciuto").arg(id);
@@ -204,6 +236,7 @@ int RefCartellaDocumenti::Carica(const std::function<void(qint64 letti)>& avanza
 
 QString RefCartellaDocumenti::Crea(DatiDocumento d, const std::vector<FileNuovo>& file, bool annuncia)
 {
+    CompletaInSospeso();
     if (d.Id.isEmpty())
         d.Id = NuovoId();
     if (mIndice.contains(d.Id))
@@ -293,6 +326,10 @@ QString RefCartellaDocumenti::Sposta(const QString& id, qint32 coda, const QStri
 {
     if (const QString errore = Verifica(id, coda); !errore.isEmpty())
         return errore;
+    // Outside a batch, or a document already moved in it (its description aside names its
+    // old place): the batch completes first.
+    if (!mDifferite || std::any_of(mAParte.cbegin(), mAParte.cend(), [&](const DescrizioneAParte& a) { return a.Id == id; }))
+        CompletaInSospeso();
     const auto it = mIndice.find(id);
     DatiDocumento& d = it->Dati;
     const qint32 prima = d.Coda;
@@ -302,7 +339,9 @@ QString RefCartellaDocumenti::Sposta(const QString& id, qint32 coda, const QStri
         QString motivo;
         if (!modDisco::Rinomina(da, a, &motivo))
             return QStringLiteral("impossibile spostare %1").arg(motivo);
-        if (!modDisco::SincronizzaCartella(CartellaCoda(coda), &motivo) || !modDisco::SincronizzaCartella(CartellaCoda(prima), &motivo))
+        mDaSincronizzare = mDaSincronizzare || mDifferite;
+        if (!mDifferite
+            && (!modDisco::SincronizzaCartella(CartellaCoda(coda), &motivo) || !modDisco::SincronizzaCartella(CartellaCoda(prima), &motivo)))
             mLogServer.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("%1: %2").arg(Chiave(), motivo));
         mCode[static_cast<size_t>(prima)].erase(it->Ordine);
         it->Ordine = mProssimoOrdine++;
@@ -316,18 +355,32 @@ QString RefCartellaDocumenti::Sposta(const QString& id, qint32 coda, const QStri
         d.Tentativi = tentativi;
     Rinnova(*it);
     QString errore;
-    if (!ScriviDescrizione(d, &errore))
+    if (mDifferite) {
+        const QString finale = CartellaDi(d) + u'/' + d.Id + u".xml"_s;
+        QString temporaneo;
+        if (modDisco::ScriviAParte(finale, TestoDescrizione(d, CartellaDi(d)), CartellaCoda(d.Coda), &temporaneo, &errore)) {
+            mAParte.push_back({id, temporaneo, finale});
+            mDaSincronizzare = true;
+        } else {
+            mLogServer.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("%1: descrizione di %2 non aggiornata: %3").arg(Chiave(), id, errore));
+        }
+    } else if (!ScriviDescrizione(d, &errore)) {
         mLogServer.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("%1: descrizione di %2 non aggiornata: %3").arg(Chiave(), id, errore));
+    }
     Registra(d, QStringLiteral("Da \"%1\" a \"%2\"%3")
                     .arg(modProprieta::DescrizioneCoda(mDef.Genere, prima), modProprieta::DescrizioneCoda(mDef.Genere, coda),
                          stato.isEmpty() ? QString() : u": "_s + stato));
     AggiornaContatori();
-    mServizio->AnnunciaSpostamento(coda, id, Nodo(id));
+    if (mDifferite)
+        mDopo.push_back([this, coda, id, nodo = Nodo(id)] { mServizio->AnnunciaSpostamento(coda, id, nodo); });
+    else
+        mServizio->AnnunciaSpostamento(coda, id, Nodo(id));
     return {};
 }
 
 QString RefCartellaDocumenti::Respingi(const QString& id, qint32 coda, qint32 codice, const QString& motivo, qint32 tentativi)
 {
+    CompletaInSospeso();
     if (const QString errore = Verifica(id, coda); !errore.isEmpty())
         return errore;
     const auto it = mIndice.find(id);
@@ -346,6 +399,7 @@ QString RefCartellaDocumenti::Respingi(const QString& id, qint32 coda, qint32 co
 
 QString RefCartellaDocumenti::ScriviUscita(const QString& id, modCartelle::Uscita tipo)
 {
+    CompletaInSospeso();
     const auto it = mIndice.find(id);
     if (it == mIndice.end() || tipo == modCartelle::Uscita::Nessuna)
         return {};
@@ -410,8 +464,17 @@ bool RefCartellaDocumenti::Consentito(quint64 richiesta, const QString& operazio
 
 void RefCartellaDocumenti::SpostaDocumenti(quint64 richiesta, const QString& selezioneXml, qint32 coda)
 {
-    if (Consentito(richiesta, QStringLiteral("Spostamento in coda %1").arg(coda), selezioneXml))
-        Rispondi(richiesta, SpostaSelezione(selezioneXml, coda));
+    if (!Consentito(richiesta, QStringLiteral("Spostamento in coda %1").arg(coda), selezioneXml))
+        return;
+    // Moves asked together share their syncs; the answer goes once they are on disk.
+    mDifferite = true;
+    const PxRisposta r = SpostaSelezione(selezioneXml, coda);
+    mDifferite = false;
+    mDopo.push_back([this, richiesta, r] { Rispondi(richiesta, r); });
+    if (!mConsolidaProgrammata) {
+        mConsolidaProgrammata = true;
+        QMetaObject::invokeMethod(this, [this] { Consolida(); }, Qt::QueuedConnection);
+    }
 }
 
 void RefCartellaDocumenti::GeneraAnteprime(quint64 richiesta, const QString& selezioneXml, const QString& indirizzo)

@@ -35,6 +35,8 @@ public:
     // `servizio` raises the notices; `stato` is the folder's own state object (its counters).
     RefCartellaDocumenti(const modCartelle::Definizione& definizione, const QString& cartellaServer,
                          RefServizio* servizio, RefServizio* stato, RefLog& logServer, QObject* parent = nullptr);
+    // A batch of moves still open reaches the disk (its notices and answers are not sent).
+    ~RefCartellaDocumenti() override;
 
     QString Chiave() const { return QString::fromLatin1(mDef.Chiave); }
     QString ChiaveServizio() const { return QString::fromLatin1(mDef.Servizio); }
@@ -149,6 +151,24 @@ private:
 
     // A command's answer, logged when it is a refusal or a failure.
     PxRisposta Esito(const PxRisposta& r) const;
+
+    // The group commit of the moves consoles ask for. While a batch is open (mDifferite) a move
+    // renames the document's folder and writes its new description aside, unsynced, and keeps
+    // its notice; Consolida, from the event loop once the requests at hand are done, syncs the
+    // file system once, puts the descriptions in place, syncs again, and only then sends the
+    // notices and the answers. Every other change completes the batch first, so that nothing
+    // moves a folder under a description still aside.
+    struct DescrizioneAParte
+    {
+        QString Id, Temporaneo, Finale;
+    };
+    void Consolida(bool avvisa = true);
+    void CompletaInSospeso();
+    std::vector<DescrizioneAParte> mAParte;
+    std::vector<std::function<void()>> mDopo;
+    bool mDifferite = false;
+    bool mDaSincronizzare = false;
+    bool mConsolidaProgrammata = false;
 
     const modCartelle::Definizione& mDef;
     QString mCartellaServer;

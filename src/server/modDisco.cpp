@@ -27,8 +27,9 @@ void Imposta(QString* errore, const QString& testo)
         *errore = testo;
 }
 
-// Writes every byte to `fd`, syncs and closes it; the descriptor is closed in any case.
-bool ScriviTutto(int fd, const QByteArray& dati, const QString& percorso, QString* errore)
+// Writes every byte to `fd`, syncs (unless told not to) and closes it; the descriptor is
+// closed in any case.
+bool ScriviTutto(int fd, const QByteArray& dati, const QString& percorso, QString* errore, bool sincronizza = true)
 {
     Operazioni& op = Attuali();
     qsizetype scritti = 0;
@@ -44,7 +45,7 @@ bool ScriviTutto(int fd, const QByteArray& dati, const QString& percorso, QStrin
         scritti += n;
     }
     // A full disk or a failing device often shows only here, at sync or close.
-    if (op.Sincronizza(fd) != 0) {
+    if (sincronizza && op.Sincronizza(fd) != 0) {
         Imposta(errore, QStringLiteral("sincronizzazione di %1: %2").arg(percorso, Errno()));
         op.Chiudi(fd);
         return false;
@@ -61,6 +62,7 @@ bool ScriviTutto(int fd, const QByteArray& dati, const QString& percorso, QStrin
 int Operazioni::Apri(const char* percorso, int flag, mode_t modo) { return ::open(percorso, flag, modo); }
 ssize_t Operazioni::Scrivi(int fd, const char* dati, size_t quanti) { return ::write(fd, dati, quanti); }
 int Operazioni::Sincronizza(int fd) { return ::fsync(fd); }
+int Operazioni::SincronizzaTutto(int fd) { return ::syncfs(fd); }
 int Operazioni::Chiudi(int fd) { return ::close(fd); }
 int Operazioni::CreaCartella(const char* percorso, mode_t modo) { return ::mkdir(percorso, modo); }
 
@@ -99,34 +101,72 @@ bool NomeSemplice(const QString& nome)
         && !nome.contains(QChar(0));
 }
 
-bool ScriviNuovo(const QString& percorso, const QByteArray& dati, QString* errore)
+
+namespace {
+
+QString NomeTemporaneo(const QString& percorso, const QString& cartellaTemporanea)
+{
+    static std::atomic<quint64> progressivo{0};
+    const QFileInfo finale(percorso);
+    return (cartellaTemporanea.isEmpty() ? finale.absolutePath() : cartellaTemporanea) + u'/'
+        + QString::fromLatin1(PrefissoTemporaneo) + QString::number(::getpid()) + u'-' + QString::number(progressivo++) + u'-'
+        + finale.fileName();
+}
+
+bool Crea(const QString& percorso, const QByteArray& dati, QString* errore, bool sincronizza)
 {
     const int fd = Attuali().Apri(QFile::encodeName(percorso).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0644);
     if (fd < 0) {
         Imposta(errore, QStringLiteral("creazione di %1: %2").arg(percorso, Errno()));
         return false;
     }
-    if (ScriviTutto(fd, dati, percorso, errore))
+    if (ScriviTutto(fd, dati, percorso, errore, sincronizza))
         return true;
     ::unlink(QFile::encodeName(percorso).constData());
     return false;
 }
 
+} // namespace
+
+bool ScriviNuovo(const QString& percorso, const QByteArray& dati, QString* errore) { return Crea(percorso, dati, errore, true); }
+
 bool Sostituisci(const QString& percorso, const QByteArray& dati, QString* errore, const QString& cartellaTemporanea)
 {
-    static std::atomic<quint64> progressivo{0};
-    const QFileInfo finale(percorso);
-    const QString temporaneo = (cartellaTemporanea.isEmpty() ? finale.absolutePath() : cartellaTemporanea) + u'/'
-        + QString::fromLatin1(PrefissoTemporaneo)
-        + QString::number(::getpid()) + u'-' + QString::number(progressivo++) + u'-' + finale.fileName();
+    const QString temporaneo = NomeTemporaneo(percorso, cartellaTemporanea);
     if (!ScriviNuovo(temporaneo, dati, errore))
         return false;
-    if (Attuali().Rinomina(QFile::encodeName(temporaneo).constData(), QFile::encodeName(percorso).constData(), true) != 0) {
-        Imposta(errore, QStringLiteral("pubblicazione di %1: %2").arg(percorso, Errno()));
-        ::unlink(QFile::encodeName(temporaneo).constData());
+    return MettiAlPosto(temporaneo, percorso, errore) && SincronizzaCartella(QFileInfo(percorso).absolutePath(), errore);
+}
+
+bool ScriviAParte(const QString& percorso, const QByteArray& dati, const QString& cartellaTemporanea, QString* temporaneo,
+                  QString* errore)
+{
+    *temporaneo = NomeTemporaneo(percorso, cartellaTemporanea);
+    return Crea(*temporaneo, dati, errore, false);
+}
+
+bool MettiAlPosto(const QString& temporaneo, const QString& percorso, QString* errore)
+{
+    if (Attuali().Rinomina(QFile::encodeName(temporaneo).constData(), QFile::encodeName(percorso).constData(), true) == 0)
+        return true;
+    Imposta(errore, QStringLiteral("pubblicazione di %1: %2").arg(percorso, Errno()));
+    ::unlink(QFile::encodeName(temporaneo).constData());
+    return false;
+}
+
+bool SincronizzaTutto(const QString& cartella, QString* errore)
+{
+    Operazioni& op = Attuali();
+    const int fd = op.Apri(QFile::encodeName(cartella).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
+    if (fd < 0) {
+        Imposta(errore, QStringLiteral("apertura della cartella %1: %2").arg(cartella, Errno()));
         return false;
     }
-    return SincronizzaCartella(finale.absolutePath(), errore);
+    const bool ok = op.SincronizzaTutto(fd) == 0;
+    if (!ok)
+        Imposta(errore, QStringLiteral("sincronizzazione del disco di %1: %2").arg(cartella, Errno()));
+    op.Chiudi(fd);
+    return ok;
 }
 
 bool SincronizzaCartella(const QString& cartella, QString* errore)

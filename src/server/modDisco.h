@@ -23,6 +23,8 @@ public:
     virtual int Apri(const char* percorso, int flag, mode_t modo);
     virtual ssize_t Scrivi(int fd, const char* dati, size_t quanti);
     virtual int Sincronizza(int fd);
+    // syncfs: everything written on the file system of `fd`.
+    virtual int SincronizzaTutto(int fd);
     virtual int Chiudi(int fd);
     // renameat2: `sostituisci` false never replaces what `a` names.
     virtual int Rinomina(const char* da, const char* a, bool sostituisci);
@@ -52,6 +54,15 @@ bool ScriviNuovo(const QString& percorso, const QByteArray& dati, QString* error
 // `cartellaTemporanea` (same file system) holds the temporary file; "" means beside it.
 bool Sostituisci(const QString& percorso, const QByteArray& dati, QString* errore = nullptr,
                  const QString& cartellaTemporanea = {});
+// The two halves of Sostituisci for changes that share their syncs (a group commit): the new
+// content written under a temporary name (in `cartellaTemporanea`, not synced; its name in
+// `temporaneo`), then, once SincronizzaTutto has run, renamed over `percorso`; a
+// SincronizzaTutto after the renames makes them last.
+bool ScriviAParte(const QString& percorso, const QByteArray& dati, const QString& cartellaTemporanea, QString* temporaneo,
+                  QString* errore = nullptr);
+bool MettiAlPosto(const QString& temporaneo, const QString& percorso, QString* errore = nullptr);
+// Syncs the whole file system `cartella` lies on (syncfs): one call for many files and folders.
+bool SincronizzaTutto(const QString& cartella, QString* errore = nullptr);
 // Syncs a folder, so that the names renamed into it are on disk.
 bool SincronizzaCartella(const QString& cartella, QString* errore = nullptr);
 // Creates the folder `percorso` (its parent must exist).

@@ -13,6 +13,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -34,6 +35,7 @@ public:
     int Apri(const char* p, int f, mode_t m) override { Passo(); return Operazioni::Apri(p, f, m); }
     ssize_t Scrivi(int fd, const char* d, size_t n) override { Passo(); return Operazioni::Scrivi(fd, d, n); }
     int Sincronizza(int fd) override { Passo(); return Operazioni::Sincronizza(fd); }
+    int SincronizzaTutto(int fd) override { Passo(); return Operazioni::SincronizzaTutto(fd); }
     int Chiudi(int fd) override { Passo(); return Operazioni::Chiudi(fd); }
     int Rinomina(const char* da, const char* a, bool s) override { Passo(); return Operazioni::Rinomina(da, a, s); }
     int CreaCartella(const char* p, mode_t m) override { Passo(); return Operazioni::CreaCartella(p, m); }
@@ -142,4 +144,50 @@ TEST(ArrestiImprovvisi, ADocumentIsInExactlyOneQueueWhereverAMoveStops)
         EXPECT_EQ(letto.Coda, d->Coda) << "step " << passo;
     }
     EXPECT_GT(passo, 4);
+}
+
+// The same for moves consoles ask together, which share their syncs: wherever the batch
+// stops, each document is in one queue, its description agrees, and nothing is left aside.
+TEST(ArrestiImprovvisi, MovesAskedTogetherLeaveEachDocumentInOneQueueWhereverTheBatchStops)
+{
+    QTemporaryDir dir;
+    ASSERT_EQ(modDemo::CreaServerDemo(dir.path(), 200), QString());
+    int passo = 1;
+    for (bool morto = true; morto; ++passo) {
+        QStringList id;
+        {
+            RefServer server(dir.path(), RefServer::Opzioni{false, true});
+            RefCartellaDocumenti& fax = *server.Cartella(GenereCartella::Fax);
+            // Back where they started, for this step.
+            for (const QString& i : fax.Coda(2))
+                fax.Sposta(i, 8);
+            id = fax.Coda(8, 3);
+        }
+        ASSERT_EQ(id.size(), 3);
+        morto = MuoreAl(passo, [&] {
+            RefServer server(dir.path(), RefServer::Opzioni{false, true});
+            RefCartellaDocumenti& fax = *server.Cartella(GenereCartella::Fax);
+            for (int i = 0; i < 3; ++i)
+                fax.SpostaDocumenti(static_cast<quint64>(i), u"<Root><ID>"_s + id[i] + u"</ID></Root>"_s, 2);
+            QCoreApplication::processEvents();
+        });
+        RefServer server(dir.path(), RefServer::Opzioni{false, true});
+        RefCartellaDocumenti& fax = *server.Cartella(GenereCartella::Fax);
+        ControllaCoerenza(fax);
+        for (const QString& i : id) {
+            const DatiDocumento* d = fax.Trova(i);
+            ASSERT_NE(d, nullptr) << "step " << passo;
+            EXPECT_TRUE(d->Coda == 8 || d->Coda == 2) << "step " << passo;
+            DatiDocumento letto;
+            pugi::xml_document doc;
+            const QByteArray testo = Leggi(fax.CartellaDocumentoDi(i) + u'/' + i + u".xml"_s);
+            ASSERT_TRUE(doc.load_buffer(testo.constData(), static_cast<size_t>(testo.size()))) << "step " << passo;
+            ASSERT_TRUE(modProprieta::Leggi(doc.document_element(), letto));
+            EXPECT_EQ(letto.Coda, d->Coda) << "step " << passo;
+        }
+        for (const int coda : {2, 8})
+            EXPECT_TRUE(QDir(fax.Radice() + u"/Coda_"_s + QString::number(coda)).entryList({u".tmp-*"_s}, QDir::Files | QDir::Hidden).isEmpty())
+                << "step " << passo;
+    }
+    EXPECT_GT(passo, 8) << "every operation of the batch was a stopping point";
 }

@@ -172,6 +172,56 @@ TEST_F(Cartelle, AMixedSelectionWithAnUnknownIdMovesNothing)
     ControllaCoerenza(Fax());
 }
 
+// Moves asked together share their syncs: each is in the index at once, and its notice and
+// answer come once the batch is on disk, its descriptions in place and nothing left aside; a
+// worker's move of a document in the batch completes the batch first.
+TEST_F(Cartelle, MovesAskedTogetherAreAnsweredAndAnnouncedOnceTheyAreOnDisk)
+{
+    RefServizio* fax = mServer->ServizioRef(u"PxSrvFax"_s);
+    QSignalSpy spostati(fax, &RefServizio::DocumentoSpostato);
+    QSignalSpy risposte(&Fax(), &RefCartellaDocumenti::Risposta);
+    const QStringList presi = Fax().Coda(8, 4);
+    ASSERT_EQ(presi.size(), 4);
+    for (int i = 0; i < 3; ++i)
+        Fax().SpostaDocumenti(static_cast<quint64>(100 + i), Selezione({presi[i]}), 2);
+    Fax().SpostaDocumenti(200, Selezione({u"FAX-999999"_s}), 2);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(Fax().Trova(presi[i])->Coda, 2) << "moved in the index at once";
+    EXPECT_TRUE(spostati.isEmpty()) << "no notice before the batch is on disk";
+    EXPECT_TRUE(risposte.isEmpty()) << "no answer either";
+    const auto aParte = [&] {
+        return QDir(Fax().Radice() + u"/Coda_2"_s).entryList({u".tmp-*"_s}, QDir::Files | QDir::Hidden).size();
+    };
+    EXPECT_EQ(aParte(), 3) << "the new descriptions wait aside";
+
+    QCoreApplication::processEvents();
+    ASSERT_EQ(spostati.size(), 3);
+    ASSERT_EQ(risposte.size(), 4);
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(spostati[i][1].toString(), presi[i]);
+        EXPECT_EQ(risposte[i][0].toULongLong(), static_cast<quint64>(100 + i));
+        EXPECT_EQ(risposte[i][1].toInt(), modContratto::Ok);
+    }
+    EXPECT_EQ(risposte[3][1].toInt(), modContratto::Rifiutato) << "a refusal waits its turn in the batch";
+    EXPECT_EQ(aParte(), 0);
+    ControllaCoerenza(Fax());
+
+    // A batch still open when a worker moves one of its documents: completed first, so the
+    // worker's move and description are the last word.
+    Fax().SpostaDocumenti(300, Selezione({presi[3]}), 2);
+    EXPECT_EQ(Fax().Sposta(presi[3], 5, u"Preso dal lavoratore"_s), QString());
+    EXPECT_EQ(spostati.size(), 5) << "the batch's notice, then the worker's";
+    EXPECT_EQ(spostati[3][0].toInt(), 2);
+    EXPECT_EQ(spostati[4][0].toInt(), 5);
+    EXPECT_EQ(aParte(), 0);
+    ControllaCoerenza(Fax());
+    Apri(); // a start reads back what is on disk
+    EXPECT_EQ(Fax().Trova(presi[3])->Coda, 5);
+    EXPECT_EQ(Fax().Trova(presi[3])->Stato, u"Preso dal lavoratore"_s);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(Fax().Trova(presi[i])->Coda, 2);
+}
+
 TEST_F(Cartelle, DocumentObjectPathsAndCounters)
 {
     const QString id = Fax().Coda(8).value(0);
