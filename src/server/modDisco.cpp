@@ -154,7 +154,10 @@ bool MettiAlPosto(const QString& temporaneo, const QString& percorso, QString* e
     return false;
 }
 
-bool SincronizzaTutto(const QString& cartella, QString* errore)
+namespace {
+
+// Opens `cartella` and runs `sincronizza` (fsync of the folder, or syncfs of its file system) on it.
+bool SincronizzaDa(const QString& cartella, int (Operazioni::*sincronizza)(int), const char* cosa, QString* errore)
 {
     Operazioni& op = Attuali();
     const int fd = op.Apri(QFile::encodeName(cartella).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
@@ -162,26 +165,23 @@ bool SincronizzaTutto(const QString& cartella, QString* errore)
         Imposta(errore, QStringLiteral("apertura della cartella %1: %2").arg(cartella, Errno()));
         return false;
     }
-    const bool ok = op.SincronizzaTutto(fd) == 0;
+    const bool ok = (op.*sincronizza)(fd) == 0;
     if (!ok)
-        Imposta(errore, QStringLiteral("sincronizzazione del disco di %1: %2").arg(cartella, Errno()));
+        Imposta(errore, QStringLiteral("sincronizzazione %1 %2: %3").arg(QLatin1StringView(cosa), cartella, Errno()));
     op.Chiudi(fd);
     return ok;
 }
 
+} // namespace
+
+bool SincronizzaTutto(const QString& cartella, QString* errore)
+{
+    return SincronizzaDa(cartella, &Operazioni::SincronizzaTutto, "del disco di", errore);
+}
+
 bool SincronizzaCartella(const QString& cartella, QString* errore)
 {
-    Operazioni& op = Attuali();
-    const int fd = op.Apri(QFile::encodeName(cartella).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
-    if (fd < 0) {
-        Imposta(errore, QStringLiteral("apertura della cartella %1: %2").arg(cartella, Errno()));
-        return false;
-    }
-    const bool ok = op.Sincronizza(fd) == 0;
-    if (!ok)
-        Imposta(errore, QStringLiteral("sincronizzazione della cartella %1: %2").arg(cartella, Errno()));
-    op.Chiudi(fd);
-    return ok;
+    return SincronizzaDa(cartella, &Operazioni::Sincronizza, "della cartella", errore);
 }
 
 bool CreaCartella(const QString& percorso, QString* errore)

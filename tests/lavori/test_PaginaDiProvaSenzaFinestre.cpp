@@ -1,6 +1,7 @@
 // A client without windows sends a printer's test page the console's way: this program links
 // the job library, the reference server and Qt Core alone (no QApplication, no widgets), and
 // reaches the server as a client on another machine would, without its files.
+#include "ServerSenzaFile.h"
 #include "PxCollegamento.h"
 #include "PxConsoleResDll.h"
 #include "PxSrvServer.h"
@@ -22,30 +23,16 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// QTest's wait would bring the GUI test library along: the event loop is turned here.
-bool Attendi(const std::function<bool()>& condizione)
-{
-    const QDeadlineTimer limite(10000);
-    while (!condizione()) {
-        if (limite.hasExpired())
-            return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    }
-    return true;
-}
+bool Attendi(const std::function<bool()>& condizione) { return AttendiSenzaFinestre(condizione); }
 
-class SenzaFinestre : public ::testing::Test
+class SenzaFinestre : public ServerSenzaFile
 {
 protected:
     void SetUp() override
     {
-        ASSERT_EQ(modDemo::CreaServerDemo(mDir.path(), 0), QString());
-        mServer = std::make_unique<RefServer>(mDir.path(), RefServer::Opzioni{false, true});
-        mCollegamento = std::make_unique<PxCollegamentoDiretto>([this](const QString& n) { return mServer->Oggetto(n); },
-                                                                nullptr, false);
-        mClient = std::make_unique<PxSrvServer>(mCollegamento.get());
-        mClient->Connetti();
-        ASSERT_TRUE(Attendi([&] { return mClient->Caricato(); }));
+        ServerSenzaFile::SetUp();
+        if (HasFatalFailure())
+            return;
         ASSERT_TRUE(mServer->AggiungiStampante(
             uR"(<Stampante><Chiave>riga-1</Chiave><NumeroTarquel>41</NumeroTarquel><NomeStampanteWindows>Magazzino</NomeStampanteWindows>
 <Modello><Codice>0</Codice></Modello><InfoStampante><DriverName>Generico</DriverName><PortName>LPT1:</PortName></InfoStampante>
@@ -65,11 +52,7 @@ protected:
         return risposta;
     }
 
-    QTemporaryDir mDir;
     PxConsoleResDll mTesti;
-    std::unique_ptr<RefServer> mServer;
-    std::unique_ptr<PxCollegamentoDiretto> mCollegamento;
-    std::unique_ptr<PxSrvServer> mClient;
 };
 
 } // namespace

@@ -1,6 +1,7 @@
 // What a console that does not share the server's files asks of it: a job handed to a service
 // by request, written by the server into its input folder and taken from there by the folder's
 // own code; and pieces of the server folder's files, nothing outside it.
+#include "ServerSenzaFile.h"
 #include "PxCollegamento.h"
 #include "PxCollegamentoRemoto.h"
 #include "PxIntestazioneHpx.h"
@@ -33,22 +34,10 @@ namespace {
 
 bool Attendi(const std::function<bool()>& c) { return QTest::qWaitFor(c, 10000); }
 
-class ConsegnaELettura : public ::testing::Test
+// The console's side, as one on another machine.
+class ConsegnaELettura : public ServerSenzaFile
 {
 protected:
-    void SetUp() override
-    {
-        ASSERT_EQ(modDemo::CreaServerDemo(mDir.path(), 0), QString());
-        mServer = std::make_unique<RefServer>(mDir.path(), RefServer::Opzioni{false, true});
-        // The console's side, as one on another machine.
-        mCollegamento = std::make_unique<PxCollegamentoDiretto>([this](const QString& n) { return mServer->Oggetto(n); },
-                                                                nullptr, false);
-        mClient = std::make_unique<PxSrvServer>(mCollegamento.get());
-        mClient->Connetti();
-        ASSERT_TRUE(Attendi([&] { return mClient->Caricato(); }));
-        ASSERT_FALSE(mClient->FileLocali());
-    }
-
     static QByteArray Intestazione()
     {
         PxIntestazioneHpx h;
@@ -89,11 +78,6 @@ protected:
     {
         return QDir(mServer->Ingresso(servizio)->Cartella()).entryList(QDir::Files | QDir::Hidden | QDir::System, QDir::Name);
     }
-
-    QTemporaryDir mDir;
-    std::unique_ptr<RefServer> mServer;
-    std::unique_ptr<PxCollegamentoDiretto> mCollegamento;
-    std::unique_ptr<PxSrvServer> mClient;
 };
 
 } // namespace
