@@ -44,7 +44,7 @@ RefCartellaDocumenti::~RefCartellaDocumenti() { Consolida(false); }
 
 void RefCartellaDocumenti::CompletaInSospeso()
 {
-    if (!mAParte.empty() || mDaSincronizzare || !mDopo.empty())
+    if (!mAParte.empty() || mDaSincronizzare || !mDopo.empty() || !mSpostati.empty())
         Consolida();
 }
 
@@ -52,6 +52,7 @@ void RefCartellaDocumenti::Consolida(bool avvisa)
 {
     mConsolidaProgrammata = false;
     const std::vector<DescrizioneAParte> aParte = std::exchange(mAParte, {});
+    const std::vector<modContratto::Spostamento> spostati = std::exchange(mSpostati, {});
     const std::vector<std::function<void()>> dopo = std::exchange(mDopo, {});
     if (std::exchange(mDaSincronizzare, false)) {
         // What the batch wrote aside and the folders it renamed reach the disk; then the
@@ -66,9 +67,11 @@ void RefCartellaDocumenti::Consolida(bool avvisa)
         if (!aParte.empty() && !modDisco::SincronizzaTutto(mRadice, &errore))
             mLogServer.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("%1: %2").arg(Chiave(), errore));
     }
-    if (avvisa)
-        for (const std::function<void()>& f : dopo)
-            f();
+    if (!avvisa)
+        return;
+    mServizio->AnnunciaSpostamenti(spostati);
+    for (const std::function<void()>& f : dopo)
+        f();
 }
 
 QString RefCartellaDocumenti::RadiceDi(const modCartelle::Definizione& def, const QString& cartellaServer)
@@ -372,7 +375,7 @@ QString RefCartellaDocumenti::Sposta(const QString& id, qint32 coda, const QStri
                          stato.isEmpty() ? QString() : u": "_s + stato));
     AggiornaContatori();
     if (mDifferite)
-        mDopo.push_back([this, coda, id, nodo = Nodo(id)] { mServizio->AnnunciaSpostamento(coda, id, nodo); });
+        mSpostati.push_back({coda, id, Nodo(id)});
     else
         mServizio->AnnunciaSpostamento(coda, id, Nodo(id));
     return {};

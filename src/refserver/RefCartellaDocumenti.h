@@ -156,7 +156,7 @@ private:
     // renames the document's folder and writes its new description aside, unsynced, and keeps
     // its notice; Consolida, from the event loop once the requests at hand are done, syncs the
     // file system once, puts the descriptions in place, syncs again, and only then sends the
-    // notices and the answers. Every other change completes the batch first, so that nothing
+    // notices, all in one, and the answers. Every other change completes the batch first, so that nothing
     // moves a folder under a description still aside.
     struct DescrizioneAParte
     {
@@ -165,6 +165,7 @@ private:
     void Consolida(bool avvisa = true);
     void CompletaInSospeso();
     std::vector<DescrizioneAParte> mAParte;
+    std::vector<modContratto::Spostamento> mSpostati;
     std::vector<std::function<void()>> mDopo;
     bool mDifferite = false;
     bool mDaSincronizzare = false;

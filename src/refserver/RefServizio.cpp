@@ -102,7 +102,14 @@ void RefServizio::PubblicaInAttesa()
 
 void RefServizio::AnnunciaSpostamento(qint32 coda, const QString& id, const QString& nodo)
 {
-    emit DocumentoSpostato(coda, id, nodo);
+    const modContratto::Spostamento uno{coda, id, nodo};
+    AnnunciaSpostamenti({&uno, 1});
+}
+
+void RefServizio::AnnunciaSpostamenti(std::span<const modContratto::Spostamento> spostamenti)
+{
+    if (!spostamenti.empty())
+        emit DocumentiSpostati(modContratto::ImpacchettaSpostamenti(spostamenti));
 }
 
 void RefServizio::RichiediStato(quint64 richiesta)

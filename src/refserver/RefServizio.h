@@ -1,9 +1,12 @@
 #pragma once
 
+#include "PxContratto.h"
 #include "RefLog.h"
 #include "modCatalogo.h"
 
 #include <QObject>
+
+#include <span>
 
 #include <pugixml.hpp>
 
@@ -42,8 +45,10 @@ public:
     // StatoXmlCambiato now, or, with `presto`, once when the server's event loop next turns
     // (a burst of counter changes then makes one notice).
     void Pubblica(bool presto = false);
-    // Raises DocumentoSpostato for a document of one of this service's folders.
+    // Raises DocumentiSpostati for documents of one of this service's folders: one move, or
+    // the moves a folder made together.
     void AnnunciaSpostamento(qint32 coda, const QString& id, const QString& nodo);
+    void AnnunciaSpostamenti(std::span<const modContratto::Spostamento> spostamenti);
     // Tells whoever dropped the job `base` (its file name without extension) in this
     // service's input folder what became of it: the document `id`, or set aside for `motivo`.
     void AnnunciaLavoroPreso(const QString& base, const QString& id) { emit LavoroPreso(base, id); }
@@ -70,7 +75,8 @@ signals:
     void CambioAttivita();
     void NotificaErrore(qint32 codice, const QString& descrizione);
     void Avanzamento(const QString& attivita, qint32 fatti, qint32 totale);
-    void DocumentoSpostato(qint32 coda, const QString& id, const QString& nodoXml);
+    // Packed by modContratto::ImpacchettaSpostamenti.
+    void DocumentiSpostati(const QByteArray& lotto);
     void LavoroPreso(const QString& base, const QString& id);
     void LavoroRespinto(const QString& base, const QString& motivo);
     void Risposta(quint64 richiesta, qint32 esito, const QString& testo, const QByteArray& dati);

@@ -1,5 +1,8 @@
 #include "PxContratto.h"
 
+#include <QDataStream>
+#include <QIODevice>
+
 namespace modContratto {
 
 QString NomeServizio(const QString& chiave) { return QStringLiteral("Servizio/") + chiave; }
@@ -19,7 +22,7 @@ constexpr const char* SlotServer[] = {"RichiediDescrizione(quint64)", "RichiediR
 
 constexpr const char* SegnaliServizio[] = {
     "StatoXmlCambiato(QString)", "CambioStato()", "CambioAttivita()", "NotificaErrore(qint32,QString)",
-    "Avanzamento(QString,qint32,qint32)", "DocumentoSpostato(qint32,QString,QString)", "LavoroPreso(QString,QString)",
+    "Avanzamento(QString,qint32,qint32)", "DocumentiSpostati(QByteArray)", "LavoroPreso(QString,QString)",
     "LavoroRespinto(QString,QString)", SegnaleRisposta,
 };
 constexpr const char* SlotServizio[] = {"RichiediStato(quint64)", "Avvia(quint64)", "Sospendi(quint64)",
@@ -52,6 +55,38 @@ Firme FirmeDi(Genere genere)
     case Genere::UsoSistema: return {SegnaliUso, SlotUso};
     }
     return {};
+}
+
+QByteArray ImpacchettaSpostamenti(std::span<const Spostamento> spostamenti)
+{
+    QByteArray lotto;
+    QDataStream out(&lotto, QIODevice::WriteOnly);
+    out.setVersion(QDataStream::Qt_6_0);
+    out << static_cast<quint32>(spostamenti.size());
+    for (const Spostamento& s : spostamenti)
+        out << s.Coda << s.Id << s.Nodo;
+    return lotto;
+}
+
+std::vector<Spostamento> SpacchettaSpostamenti(const QByteArray& lotto)
+{
+    QDataStream in(lotto);
+    in.setVersion(QDataStream::Qt_6_0);
+    quint32 quanti = 0;
+    in >> quanti;
+    std::vector<Spostamento> spostamenti;
+    // Each move takes at least 12 bytes: a count past what the bytes can hold is not believed.
+    if (in.status() != QDataStream::Ok || quanti > static_cast<quint32>(lotto.size() / 12))
+        return {};
+    spostamenti.reserve(quanti);
+    for (quint32 i = 0; i < quanti; ++i) {
+        Spostamento s;
+        in >> s.Coda >> s.Id >> s.Nodo;
+        spostamenti.push_back(std::move(s));
+    }
+    if (in.status() != QDataStream::Ok || !in.atEnd())
+        return {};
+    return spostamenti;
 }
 
 } // namespace modContratto

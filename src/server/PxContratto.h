@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <span>
+#include <vector>
 
 // The contract between the console and a dispatch server, whatever carries it: the names
 // under which the server publishes its objects, the signals and slots each kind of object
@@ -56,6 +57,18 @@ inline constexpr qint64 MassimoFileInviato = 64 * 1024 * 1024;
 // one LeggiFile answers with: larger reads are asked in pieces.
 inline constexpr qint64 MassimoLavoro = 16 * 1024 * 1024;
 inline constexpr qint32 MassimoLettura = 4 * 1024 * 1024;
+
+// Documents that changed queue, as DocumentiSpostati carries them: the moves a server made
+// together travel as one notice, so a burst of moves costs each console one message, not one
+// per document. Spacchetta gives back nothing from bytes that do not read whole.
+struct Spostamento
+{
+    qint32 Coda = 0;
+    QString Id;
+    QString Nodo; // the document's listing node
+};
+QByteArray ImpacchettaSpostamenti(std::span<const Spostamento> spostamenti);
+std::vector<Spostamento> SpacchettaSpostamenti(const QByteArray& lotto);
 
 } // namespace modContratto
 

@@ -12,7 +12,7 @@ void PxSrvServizio::AlCollegamento(QObject*)
     Inoltra("CambioAttivita()", SIGNAL(CambioAttivita()));
     Inoltra("NotificaErrore(qint32,QString)", SIGNAL(NotificaErrore(qint32,QString)));
     Inoltra("Avanzamento(QString,qint32,qint32)", SIGNAL(Avanzamento(QString,qint32,qint32)));
-    Inoltra("DocumentoSpostato(qint32,QString,QString)", SIGNAL(DocumentoSpostato(qint32,QString,QString)));
+    Inoltra("DocumentiSpostati(QByteArray)", SLOT(AlDocumentiSpostati(QByteArray)));
     Inoltra("LavoroPreso(QString,QString)", SIGNAL(LavoroPreso(QString,QString)));
     Inoltra("LavoroRespinto(QString,QString)", SIGNAL(LavoroRespinto(QString,QString)));
     // What changed between the description this copy came from and the binding above
@@ -29,6 +29,14 @@ void PxSrvServizio::AlStatoXml(const QString& xml)
         return;
     mStatoXml = xml;
     emit StatoXmlCambiato();
+}
+
+void PxSrvServizio::AlDocumentiSpostati(const QByteArray& lotto)
+{
+    // The moves a server made together arrive in one message; the views take them one by one,
+    // inside this one turn of the event loop, so they are drawn once.
+    for (const modContratto::Spostamento& s : modContratto::SpacchettaSpostamenti(lotto))
+        emit DocumentoSpostato(s.Coda, s.Id, s.Nodo);
 }
 
 void PxSrvServizio::Avvia(QObject* richiedente, Esito fatto) { Chiama("Avvia", richiedente, std::move(fatto)); }

@@ -58,6 +58,7 @@ protected:
 
 private slots:
     void AlStatoXml(const QString& xml);
+    void AlDocumentiSpostati(const QByteArray& lotto);
 
 private:
     QString mChiave;

@@ -168,6 +168,28 @@ TEST_F(ConfineServer, EverySourceCarriesTheContractsSignalsAndSlots)
     EXPECT_EQ(controllati, 3 + static_cast<int>(modCatalogo::Voci().size()) + 7 + 2);
 }
 
+// The moves of a batch cross as one notice; bytes that do not read whole give nothing, so a
+// console never applies half a batch or believes a count the bytes cannot hold.
+TEST(Contratto, APackOfMovesReadsBackWholeOrNotAtAll)
+{
+    const std::vector<modContratto::Spostamento> mosse{
+        {2, u"FAX-000001"_s, u"<D><F>FAX-000001</F><F>Fattura n° 7 — àèì</F></D>"_s}, {11, u"FAX-000002"_s, {}}};
+    const QByteArray lotto = modContratto::ImpacchettaSpostamenti(mosse);
+    const std::vector<modContratto::Spostamento> letti = modContratto::SpacchettaSpostamenti(lotto);
+    ASSERT_EQ(letti.size(), 2u);
+    for (size_t i = 0; i < 2; ++i) {
+        EXPECT_EQ(letti[i].Coda, mosse[i].Coda);
+        EXPECT_EQ(letti[i].Id, mosse[i].Id);
+        EXPECT_EQ(letti[i].Nodo, mosse[i].Nodo);
+    }
+    EXPECT_TRUE(modContratto::SpacchettaSpostamenti(lotto.chopped(1)).empty());
+    EXPECT_TRUE(modContratto::SpacchettaSpostamenti(lotto + 'x').empty());
+    EXPECT_TRUE(modContratto::SpacchettaSpostamenti({}).empty());
+    QByteArray bugiardo = lotto;
+    bugiardo[0] = '\x7f'; // a count of some two thousand million
+    EXPECT_TRUE(modContratto::SpacchettaSpostamenti(bugiardo).empty());
+}
+
 TEST_F(ConfineServer, TheOutputFileAsBytesForAConsoleThatCannotReadThePath)
 {
     RefServer server(mDir.path(), RefServer::Opzioni{false, true});

@@ -12,6 +12,7 @@
 #include "Coerenza.h"
 #include "DiscoGuasto.h"
 #include "Selezione.h"
+#include "SpiaSpostamenti.h"
 
 #include <gtest/gtest.h>
 
@@ -147,38 +148,39 @@ TEST_F(Cartelle, ListingFieldsFollowTheColumnsAndDatesReadAsDates)
 TEST_F(Cartelle, AMixedSelectionWithAnUnknownIdMovesNothing)
 {
     RefServizio* fax = mServer->ServizioRef(u"PxSrvFax"_s);
-    QSignalSpy spostati(fax, &RefServizio::DocumentoSpostato);
+    SpiaSpostamenti spia(fax);
     const QStringList presi = Fax().Coda(8, 3);
     ASSERT_EQ(presi.size(), 3);
     EXPECT_FALSE(Fax().SpostaSelezione(Selezione(presi + QStringList{u"FAX-999999"_s}), 2).Riuscita());
     EXPECT_FALSE(Fax().SpostaSelezione(Selezione(presi), 13).Riuscita()) << "queue 13 does not exist";
     EXPECT_FALSE(Fax().SpostaSelezione(Selezione(presi), -1).Riuscita());
     EXPECT_FALSE(Fax().SpostaSelezione(u"<Root><ID>"_s, 2).Riuscita()) << "malformed selection";
-    EXPECT_EQ(spostati.size(), 0);
+    EXPECT_EQ(spia.Notizie(), 0);
     for (const QString& id : presi)
         EXPECT_EQ(Fax().Trova(id)->Coda, 8);
     ControllaCoerenza(Fax());
 
     EXPECT_TRUE(Fax().SpostaSelezione(Selezione(presi + QStringList{presi[0]}), 2).Riuscita()) << "a repeated id counts once";
-    ASSERT_EQ(spostati.size(), 3);
+    const std::vector<modContratto::Spostamento> spostati = spia.Tutti();
+    ASSERT_EQ(spostati.size(), 3u);
     for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(spostati[i][0].toInt(), 2);
-        EXPECT_EQ(spostati[i][1].toString(), presi[i]);
+        EXPECT_EQ(spostati[i].Coda, 2);
+        EXPECT_EQ(spostati[i].Id, presi[i]);
         pugi::xml_document nodo;
-        ASSERT_TRUE(nodo.load_string(spostati[i][2].toString().toUtf8().constData()));
+        ASSERT_TRUE(nodo.load_string(spostati[i].Nodo.toUtf8().constData()));
         EXPECT_EQ(QString::fromUtf8(nodo.document_element().first_child().child_value()), presi[i]);
         EXPECT_TRUE(QFileInfo::exists(Fax().Radice() + u"/Coda_2/"_s + presi[i] + u'/' + presi[i] + u".xml"_s));
     }
     ControllaCoerenza(Fax());
 }
 
-// Moves asked together share their syncs: each is in the index at once, and its notice and
-// answer come once the batch is on disk, its descriptions in place and nothing left aside; a
-// worker's move of a document in the batch completes the batch first.
+// Moves asked together share their syncs: each is in the index at once, and their notice (one
+// for the batch) and answers come once the batch is on disk, its descriptions in place and
+// nothing left aside; a worker's move of a document in the batch completes the batch first.
 TEST_F(Cartelle, MovesAskedTogetherAreAnsweredAndAnnouncedOnceTheyAreOnDisk)
 {
     RefServizio* fax = mServer->ServizioRef(u"PxSrvFax"_s);
-    QSignalSpy spostati(fax, &RefServizio::DocumentoSpostato);
+    SpiaSpostamenti spia(fax);
     QSignalSpy risposte(&Fax(), &RefCartellaDocumenti::Risposta);
     const QStringList presi = Fax().Coda(8, 4);
     ASSERT_EQ(presi.size(), 4);
@@ -187,7 +189,7 @@ TEST_F(Cartelle, MovesAskedTogetherAreAnsweredAndAnnouncedOnceTheyAreOnDisk)
     Fax().SpostaDocumenti(200, Selezione({u"FAX-999999"_s}), 2);
     for (int i = 0; i < 3; ++i)
         EXPECT_EQ(Fax().Trova(presi[i])->Coda, 2) << "moved in the index at once";
-    EXPECT_TRUE(spostati.isEmpty()) << "no notice before the batch is on disk";
+    EXPECT_EQ(spia.Notizie(), 0) << "no notice before the batch is on disk";
     EXPECT_TRUE(risposte.isEmpty()) << "no answer either";
     const auto aParte = [&] {
         return QDir(Fax().Radice() + u"/Coda_2"_s).entryList({u".tmp-*"_s}, QDir::Files | QDir::Hidden).size();
@@ -195,10 +197,11 @@ TEST_F(Cartelle, MovesAskedTogetherAreAnsweredAndAnnouncedOnceTheyAreOnDisk)
     EXPECT_EQ(aParte(), 3) << "the new descriptions wait aside";
 
     QCoreApplication::processEvents();
-    ASSERT_EQ(spostati.size(), 3);
+    EXPECT_EQ(spia.Notizie(), 1) << "the batch's moves travel as one notice";
+    ASSERT_EQ(spia.Tutti().size(), 3u);
     ASSERT_EQ(risposte.size(), 4);
     for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(spostati[i][1].toString(), presi[i]);
+        EXPECT_EQ(spia.Tutti()[i].Id, presi[i]);
         EXPECT_EQ(risposte[i][0].toULongLong(), static_cast<quint64>(100 + i));
         EXPECT_EQ(risposte[i][1].toInt(), modContratto::Ok);
     }
@@ -210,9 +213,10 @@ TEST_F(Cartelle, MovesAskedTogetherAreAnsweredAndAnnouncedOnceTheyAreOnDisk)
     // worker's move and description are the last word.
     Fax().SpostaDocumenti(300, Selezione({presi[3]}), 2);
     EXPECT_EQ(Fax().Sposta(presi[3], 5, u"Preso dal lavoratore"_s), QString());
-    EXPECT_EQ(spostati.size(), 5) << "the batch's notice, then the worker's";
-    EXPECT_EQ(spostati[3][0].toInt(), 2);
-    EXPECT_EQ(spostati[4][0].toInt(), 5);
+    const std::vector<modContratto::Spostamento> spostati = spia.Tutti();
+    ASSERT_EQ(spostati.size(), 5u) << "the batch's notice, then the worker's";
+    EXPECT_EQ(spostati[3].Coda, 2);
+    EXPECT_EQ(spostati[4].Coda, 5);
     EXPECT_EQ(aParte(), 0);
     ControllaCoerenza(Fax());
     Apri(); // a start reads back what is on disk
@@ -497,12 +501,13 @@ TEST_F(Cartelle, InputJobsBecomeDocumentsAndBadHeadersAreSetAside)
     { QFile f(incompleto + u".bpx"_s); ASSERT_TRUE(f.open(QIODevice::WriteOnly)); f.write("x"); }
     { QFile f(incompleto + u".hpx"_s); ASSERT_TRUE(f.open(QIODevice::WriteOnly)); f.write(senzaStampante.Serializza()); }
 
-    QSignalSpy spostati(mServer->ServizioRef(u"PxSrvStampe"_s), &RefServizio::DocumentoSpostato);
+    SpiaSpostamenti spia(mServer->ServizioRef(u"PxSrvStampe"_s));
     EXPECT_EQ(ingresso->Scansiona(), 1);
     EXPECT_EQ(stampe.Totale(), prima + 1);
-    ASSERT_EQ(spostati.size(), 1);
-    EXPECT_EQ(spostati[0][0].toInt(), 0);
-    const DatiDocumento* d = stampe.Trova(spostati[0][1].toString());
+    const std::vector<modContratto::Spostamento> spostati = spia.Tutti();
+    ASSERT_EQ(spostati.size(), 1u);
+    EXPECT_EQ(spostati[0].Coda, 0);
+    const DatiDocumento* d = stampe.Trova(spostati[0].Id);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(d->Descrizione, u"Stampa pagina di prova di Laser"_s);
     EXPECT_EQ(d->Stampante, u"Laser amministrazione"_s);
@@ -678,7 +683,7 @@ TEST(RefIngresso, AJobDroppedIntoARunningServerIsTakenWithoutAsking)
     QTemporaryDir dir;
     ASSERT_EQ(modDemo::CreaServerDemo(dir.path(), 0), QString());
     RefServer server(dir.path()); // timers and file watchers on, as in use
-    QSignalSpy spostati(server.ServizioRef(u"PxSrvFax"_s), &RefServizio::DocumentoSpostato);
+    SpiaSpostamenti spia(server.ServizioRef(u"PxSrvFax"_s));
     const QString base = server.Ingresso(u"PxSrvFax"_s)->Cartella() + u"/fax-di-prova"_s;
     PxIntestazioneHpx h;
     h.ScriviIntero({}, u"Tipo"_s, 2);
@@ -693,7 +698,9 @@ TEST(RefIngresso, AJobDroppedIntoARunningServerIsTakenWithoutAsking)
         f.close();
         ASSERT_TRUE(QFile::rename(base + u".tmp"_s, base + estensione));
     }
-    ASSERT_TRUE(spostati.wait(5000));
-    EXPECT_EQ(spostati[0][0].toInt(), 0);
-    EXPECT_NE(server.Cartella(GenereCartella::Fax)->Trova(spostati[0][1].toString()), nullptr);
+    ASSERT_TRUE(spia.Attendi());
+    const std::vector<modContratto::Spostamento> spostati = spia.Tutti();
+    ASSERT_FALSE(spostati.empty());
+    EXPECT_EQ(spostati[0].Coda, 0);
+    EXPECT_NE(server.Cartella(GenereCartella::Fax)->Trova(spostati[0].Id), nullptr);
 }

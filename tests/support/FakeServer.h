@@ -33,7 +33,7 @@ signals:
     void CambioAttivita();
     void NotificaErrore(qint32 codice, const QString& descrizione);
     void Avanzamento(const QString& attivita, qint32 fatti, qint32 totale);
-    void DocumentoSpostato(qint32 coda, const QString& id, const QString& nodoXml);
+    void DocumentiSpostati(const QByteArray& lotto);
     void LavoroPreso(const QString& base, const QString& id);
     void LavoroRespinto(const QString& base, const QString& motivo);
     void Risposta(quint64 richiesta, qint32 esito, const QString& testo, const QByteArray& dati);
