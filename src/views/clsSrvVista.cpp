@@ -47,18 +47,9 @@ clsSrvVista::clsSrvVista(PxAmbienteVista& ambiente, QString chiave, QString vers
     connect(&modello, &QAbstractItemModel::rowsInserted, this, [this](const QModelIndex& genitore, int primo, int ultimo) {
         if (!genitore.isValid())
             ApplicaStatoGruppi(primo, ultimo);
-        RipristinaCima();
-        MostraSeguiti();
         emit ContenutoCambiato();
     });
-    connect(&modello, &QAbstractItemModel::rowsRemoved, this, [this] {
-        RipristinaCima();
-        emit ContenutoCambiato();
-    });
-    connect(&modello, &QAbstractItemModel::rowsMoved, this, [this] {
-        RipristinaCima();
-        MostraSeguiti();
-    });
+    connect(&modello, &QAbstractItemModel::rowsRemoved, this, [this] { emit ContenutoCambiato(); });
     // Groups keep the state the operator gave them, by stage (or text), for the view's life.
     const auto ricorda = [this](const QModelIndex& i, bool aperto) {
         if (!i.data(PxModelloContenuto::RuoloGruppo).toBool())
@@ -262,6 +253,7 @@ void clsSrvVista::RicaricaMantenendo(const std::function<void()>& carica)
     }
     MostraSeguiti();
     mSeguiti.clear(); // the reload that follows a command: what it moved has been shown
+    mCambioInCorso = false; // the reload put the operator's place back itself
     PrendiCima();
 }
 
@@ -365,10 +357,19 @@ void clsSrvVista::PrendiCima()
 
 void clsSrvVista::FissaCima()
 {
+    // The first change of a burst takes the operator's place; the burst's last puts it back,
+    // once, when the event loop turns (before the list is drawn: the list's repaint is asked
+    // after this). Asking the tree where a row is lays out every row, so not once per change.
+    if (mInRiempimento || mCambioInCorso)
+        return;
     // The tree forgets its layout before a removal: the place taken at the last scroll serves.
-    if (!mInRiempimento && !mCambioInCorso && mAmbiente.Lista.indexAt(QPoint(1, 1)).isValid())
+    if (mAmbiente.Lista.indexAt(QPoint(1, 1)).isValid())
         PrendiCima();
     mCambioInCorso = true;
+    QMetaObject::invokeMethod(this, [this] {
+        RipristinaCima();
+        MostraSeguiti();
+    }, Qt::QueuedConnection);
 }
 
 void clsSrvVista::RipristinaCima()

@@ -532,10 +532,12 @@ TEST_F(Vista, RowsAboveTheViewportKeepItStill)
     for (int i = 0; i < 5; ++i) // ids that sort before every other: rows above the viewport
         mVista->DocumentoSpostato(2, u"AAA-%1"_s.arg(i), Fax().Nodo(modello));
     mVista->DocumentoSpostato(11, Fax().Coda(0).value(0), Fax().Nodo(modello));
+    QCoreApplication::processEvents(); // the burst is over: the place is put back once
     EXPECT_EQ(mLista.indexAt(QPoint(1, 1)).data(PxModelloContenuto::RuoloChiave).toString(), cima);
     // At the top, new rows show where they come.
     mLista.scrollToTop();
     mVista->DocumentoSpostato(2, u"AA-0"_s, Fax().Nodo(modello));
+    QCoreApplication::processEvents();
     EXPECT_EQ(mLista.indexAt(QPoint(1, 1)).data(PxModelloContenuto::RuoloChiave).toString(), u"AA-0"_s);
 }
 
