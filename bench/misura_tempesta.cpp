@@ -2,7 +2,7 @@
 // lives them: plxsrvd serving a demo folder, real consoles attached (each on the fax folder,
 // its event-loop monitor on), and probe clients, each on a thread of its own as a console in
 // another process would be. A driver moves fax documents back and forth between two queues at
-// a steady rate; each probe notes when the notice of every move reaches it, and keeps the
+// a steady rate (those in one queue to the other); each probe notes when the notice of every move reaches it, and keeps the
 // folder's rows as the notices leave them. Then:
 //   - notice latency: from the move's request to the notice at a probe, p50 and p99;
 //   - each console's longest event-loop hold (its log's "pausa massima ... in tutto");
@@ -287,7 +287,7 @@ int main(int argc, char* argv[])
     QStringList pool;
     const QHash<QString, int> iniziali = Code(elenco);
     for (auto it = iniziali.cbegin(); it != iniziali.cend(); ++it)
-        if (it.value() == 8)
+        if (it.value() == 8 || it.value() == 9)
             pool << it.key();
     std::sort(pool.begin(), pool.end());
     const int perPasso = std::max(1, ritmo / 100); // a request every 10 ms
@@ -296,7 +296,7 @@ int main(int argc, char* argv[])
 
     QHash<QString, int> dove;
     for (const QString& id : std::as_const(pool))
-        dove.insert(id, 8);
+        dove.insert(id, iniziali.value(id));
     qsizetype prossimo = 0;
     long long inviati = 0, riusciti = 0, falliti = 0;
     const Orologio::time_point inizio = Orologio::now();
@@ -308,25 +308,30 @@ int main(int argc, char* argv[])
             passo.stop();
             return;
         }
-        // Each turn takes the next documents of the pool to the other queue of the two.
-        QString selezione = QStringLiteral("<Root>");
-        QStringList presi;
+        // Each turn takes the next documents of the pool, each to the other queue of the two:
+        // one request for those going to 9, one for those going to 8.
+        QStringList verso[2];
         for (int i = 0; i < perPasso && !pool.isEmpty(); ++i, prossimo = (prossimo + 1) % pool.size())
-            presi << pool[prossimo];
-        const int verso = dove.value(presi.constFirst()) == 8 ? 9 : 8;
-        {
-            std::lock_guard blocco(registro.Mutex);
-            for (const QString& id : std::as_const(presi)) {
-                selezione += QStringLiteral("<ID>%1</ID>").arg(id);
-                registro.Inviati.insert(id + u'|' + QString::number(verso), Orologio::now());
-                dove.insert(id, verso);
+            verso[dove.value(pool[prossimo]) == 8 ? 1 : 0] << pool[prossimo];
+        for (const int coda : {8, 9}) {
+            const QStringList& presi = verso[coda - 8];
+            if (presi.isEmpty())
+                continue;
+            QString selezione = QStringLiteral("<Root>");
+            {
+                std::lock_guard blocco(registro.Mutex);
+                for (const QString& id : presi) {
+                    selezione += QStringLiteral("<ID>%1</ID>").arg(id);
+                    registro.Inviati.insert(id + u'|' + QString::number(coda), Orologio::now());
+                    dove.insert(id, coda);
+                }
             }
+            selezione += QStringLiteral("</Root>");
+            inviati += presi.size();
+            fax->SpostaDocumenti(selezione, coda, nullptr, [&, n = presi.size()](const PxRisposta& r) {
+                (r.Riuscita() ? riusciti : falliti) += n;
+            });
         }
-        selezione += QStringLiteral("</Root>");
-        inviati += presi.size();
-        fax->SpostaDocumenti(selezione, verso, nullptr, [&, n = presi.size()](const PxRisposta& r) {
-            (r.Riuscita() ? riusciti : falliti) += n;
-        });
     });
     passo.start(10);
     Attendi([&] { return !passo.isActive(); }, (secondi + 5) * 1000);
