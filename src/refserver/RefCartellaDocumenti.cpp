@@ -61,7 +61,7 @@ void RefCartellaDocumenti::Consolida(bool avvisa)
         if (!modDisco::SincronizzaTutto(mRadice, &errore))
             mLogServer.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("%1: %2").arg(Chiave(), errore));
         for (const DescrizioneAParte& d : aParte)
-            if (!modDisco::MettiAlPosto(d.Temporaneo, d.Finale, &errore))
+            if (!modDisco::Scambia(d.Finale, &errore))
                 mLogServer.Scrivi(modRigaLog::LivelloErrore,
                                   QStringLiteral("%1: descrizione di %2 non aggiornata: %3").arg(Chiave(), d.Id, errore));
         if (!aParte.empty() && !modDisco::SincronizzaTutto(mRadice, &errore))
@@ -360,9 +360,8 @@ QString RefCartellaDocumenti::Sposta(const QString& id, qint32 coda, const QStri
     QString errore;
     if (mDifferite) {
         const QString finale = CartellaDi(d) + u'/' + d.Id + u".xml"_s;
-        QString temporaneo;
-        if (modDisco::ScriviAParte(finale, TestoDescrizione(d, CartellaDi(d)), CartellaCoda(d.Coda), &temporaneo, &errore)) {
-            mAParte.push_back({id, temporaneo, finale});
+        if (modDisco::ScriviRiserva(finale, TestoDescrizione(d, CartellaDi(d)), &errore)) {
+            mAParte.push_back({id, finale});
             mDaSincronizzare = true;
         } else {
             mLogServer.Scrivi(modRigaLog::LivelloErrore, QStringLiteral("%1: descrizione di %2 non aggiornata: %3").arg(Chiave(), id, errore));

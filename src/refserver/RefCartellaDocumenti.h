@@ -153,14 +153,15 @@ private:
     PxRisposta Esito(const PxRisposta& r) const;
 
     // The group commit of the moves consoles ask for. While a batch is open (mDifferite) a move
-    // renames the document's folder and writes its new description aside, unsynced, and keeps
-    // its notice; Consolida, from the event loop once the requests at hand are done, syncs the
-    // file system once, puts the descriptions in place, syncs again, and only then sends the
-    // notices, all in one, and the answers. Every other change completes the batch first, so that nothing
-    // moves a folder under a description still aside.
+    // renames the document's folder and writes its new description into the spare beside it,
+    // unsynced, and keeps its notice; Consolida, from the event loop once the requests at hand
+    // are done, syncs the file system once, exchanges each description with its spare, syncs
+    // again, and only then sends the notices, all in one, and the answers. Every other change
+    // completes the batch first, so that nothing moves a folder under a description still
+    // waiting in its spare.
     struct DescrizioneAParte
     {
-        QString Id, Temporaneo, Finale;
+        QString Id, Finale; // the new description waits in Finale's spare (modDisco::NomeRiserva)
     };
     void Consolida(bool avvisa = true);
     void CompletaInSospeso();

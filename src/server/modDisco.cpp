@@ -29,7 +29,8 @@ void Imposta(QString* errore, const QString& testo)
 
 // Writes every byte to `fd`, syncs (unless told not to) and closes it; the descriptor is
 // closed in any case.
-bool ScriviTutto(int fd, const QByteArray& dati, const QString& percorso, QString* errore, bool sincronizza = true)
+bool ScriviTutto(int fd, const QByteArray& dati, const QString& percorso, QString* errore, bool sincronizza = true,
+                 bool accorcia = false)
 {
     Operazioni& op = Attuali();
     qsizetype scritti = 0;
@@ -43,6 +44,13 @@ bool ScriviTutto(int fd, const QByteArray& dati, const QString& percorso, QStrin
             return false;
         }
         scritti += n;
+    }
+    // Over an older content: what was longer is cut (never to zero, and rarely past a block,
+    // so the file keeps its blocks).
+    if (accorcia && ::ftruncate(fd, static_cast<off_t>(dati.size())) != 0) {
+        Imposta(errore, QStringLiteral("scrittura di %1: %2").arg(percorso, Errno()));
+        op.Chiudi(fd);
+        return false;
     }
     // A full disk or a failing device often shows only here, at sync or close.
     if (sincronizza && op.Sincronizza(fd) != 0) {
@@ -65,6 +73,8 @@ int Operazioni::Sincronizza(int fd) { return ::fsync(fd); }
 int Operazioni::SincronizzaTutto(int fd) { return ::syncfs(fd); }
 int Operazioni::Chiudi(int fd) { return ::close(fd); }
 int Operazioni::CreaCartella(const char* percorso, mode_t modo) { return ::mkdir(percorso, modo); }
+
+int Operazioni::Scambia(const char* a, const char* b) { return ::renameat2(AT_FDCWD, a, AT_FDCWD, b, RENAME_EXCHANGE); }
 
 int Operazioni::Rinomina(const char* da, const char* a, bool sostituisci)
 {
@@ -135,22 +145,43 @@ bool Sostituisci(const QString& percorso, const QByteArray& dati, QString* error
     const QString temporaneo = NomeTemporaneo(percorso, cartellaTemporanea);
     if (!ScriviNuovo(temporaneo, dati, errore))
         return false;
-    return MettiAlPosto(temporaneo, percorso, errore) && SincronizzaCartella(QFileInfo(percorso).absolutePath(), errore);
+    if (Attuali().Rinomina(QFile::encodeName(temporaneo).constData(), QFile::encodeName(percorso).constData(), true) != 0) {
+        Imposta(errore, QStringLiteral("pubblicazione di %1: %2").arg(percorso, Errno()));
+        ::unlink(QFile::encodeName(temporaneo).constData());
+        return false;
+    }
+    return SincronizzaCartella(QFileInfo(percorso).absolutePath(), errore);
 }
 
-bool ScriviAParte(const QString& percorso, const QByteArray& dati, const QString& cartellaTemporanea, QString* temporaneo,
-                  QString* errore)
+QString NomeRiserva(const QString& percorso)
 {
-    *temporaneo = NomeTemporaneo(percorso, cartellaTemporanea);
-    return Crea(*temporaneo, dati, errore, false);
+    const QFileInfo finale(percorso);
+    return finale.absolutePath() + QStringLiteral("/.") + finale.fileName() + QStringLiteral(".riserva");
 }
 
-bool MettiAlPosto(const QString& temporaneo, const QString& percorso, QString* errore)
+bool ScriviRiserva(const QString& percorso, const QByteArray& dati, QString* errore)
 {
-    if (Attuali().Rinomina(QFile::encodeName(temporaneo).constData(), QFile::encodeName(percorso).constData(), true) == 0)
+    const QString riserva = NomeRiserva(percorso);
+    // Written over from the start, not truncated first: emptying a file frees its blocks (a
+    // discard on some disks) and has ext4 write it out at close.
+    const int fd = Attuali().Apri(QFile::encodeName(riserva).constData(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0644);
+    if (fd < 0) {
+        Imposta(errore, QStringLiteral("scrittura di %1: %2").arg(riserva, Errno()));
+        return false;
+    }
+    return ScriviTutto(fd, dati, riserva, errore, false, true);
+}
+
+bool Scambia(const QString& percorso, QString* errore)
+{
+    const QByteArray riserva = QFile::encodeName(NomeRiserva(percorso));
+    const QByteArray finale = QFile::encodeName(percorso);
+    Operazioni& op = Attuali();
+    if (op.Scambia(riserva.constData(), finale.constData()) == 0)
+        return true;
+    if ((errno == EINVAL || errno == ENOENT || errno == ENOSYS) && op.Rinomina(riserva.constData(), finale.constData(), true) == 0)
         return true;
     Imposta(errore, QStringLiteral("pubblicazione di %1: %2").arg(percorso, Errno()));
-    ::unlink(QFile::encodeName(temporaneo).constData());
     return false;
 }
 

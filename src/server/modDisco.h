@@ -28,6 +28,8 @@ public:
     virtual int Chiudi(int fd);
     // renameat2: `sostituisci` false never replaces what `a` names.
     virtual int Rinomina(const char* da, const char* a, bool sostituisci);
+    // renameat2 with RENAME_EXCHANGE: the two names swap their files at once.
+    virtual int Scambia(const char* a, const char* b);
     virtual int CreaCartella(const char* percorso, mode_t modo);
 };
 
@@ -54,13 +56,18 @@ bool ScriviNuovo(const QString& percorso, const QByteArray& dati, QString* error
 // `cartellaTemporanea` (same file system) holds the temporary file; "" means beside it.
 bool Sostituisci(const QString& percorso, const QByteArray& dati, QString* errore = nullptr,
                  const QString& cartellaTemporanea = {});
-// The two halves of Sostituisci for changes that share their syncs (a group commit): the new
-// content written under a temporary name (in `cartellaTemporanea`, not synced; its name in
-// `temporaneo`), then, once SincronizzaTutto has run, renamed over `percorso`; a
-// SincronizzaTutto after the renames makes them last.
-bool ScriviAParte(const QString& percorso, const QByteArray& dati, const QString& cartellaTemporanea, QString* temporaneo,
-                  QString* errore = nullptr);
-bool MettiAlPosto(const QString& temporaneo, const QString& percorso, QString* errore = nullptr);
+// The two halves of Sostituisci for changes that share their syncs (a group commit), without a
+// new file each time: the new content is written, not synced, into the spare file beside
+// `percorso` (NomeRiserva: created the first time, overwritten after); then, once
+// SincronizzaTutto has run, Scambia exchanges the two names (renameat2 RENAME_EXCHANGE), so
+// that `percorso` holds the new content and the spare the old, for the next change; a
+// SincronizzaTutto after the exchanges makes them last. A burst of changes thus neither makes
+// nor frees an inode: freeing thousands a second makes ext4's allocator step past each one
+// freed recently, every time it makes one. Where the file system cannot exchange (or
+// `percorso` is missing) the spare is renamed over `percorso`.
+QString NomeRiserva(const QString& percorso);
+bool ScriviRiserva(const QString& percorso, const QByteArray& dati, QString* errore = nullptr);
+bool Scambia(const QString& percorso, QString* errore = nullptr);
 // Syncs the whole file system `cartella` lies on (syncfs): one call for many files and folders.
 bool SincronizzaTutto(const QString& cartella, QString* errore = nullptr);
 // Syncs a folder, so that the names renamed into it are on disk.

@@ -16,6 +16,7 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QCoreApplication>
@@ -175,8 +176,9 @@ TEST_F(Cartelle, AMixedSelectionWithAnUnknownIdMovesNothing)
 }
 
 // Moves asked together share their syncs: each is in the index at once, and their notice (one
-// for the batch) and answers come once the batch is on disk, its descriptions in place and
-// nothing left aside; a worker's move of a document in the batch completes the batch first.
+// for the batch) and answers come once the batch is on disk and its descriptions in place; a
+// description and its spare trade places, so no file is made or freed; a worker's move of a
+// document in the batch completes the batch first.
 TEST_F(Cartelle, MovesAskedTogetherAreAnsweredAndAnnouncedOnceTheyAreOnDisk)
 {
     RefServizio* fax = mServer->ServizioRef(u"PxSrvFax"_s);
@@ -184,6 +186,13 @@ TEST_F(Cartelle, MovesAskedTogetherAreAnsweredAndAnnouncedOnceTheyAreOnDisk)
     QSignalSpy risposte(&Fax(), &RefCartellaDocumenti::Risposta);
     const QStringList presi = Fax().Coda(8, 4);
     ASSERT_EQ(presi.size(), 4);
+    const auto descrizione = [&](const QString& id) { return Fax().CartellaDocumentoDi(id) + u'/' + id + u".xml"_s; };
+    const auto inode = [](const QString& percorso) {
+        struct stat s {};
+        return ::lstat(QFile::encodeName(percorso).constData(), &s) == 0 ? s.st_ino : ino_t{0};
+    };
+    const ino_t primo = inode(descrizione(presi[0]));
+    ASSERT_NE(primo, ino_t{0});
     for (int i = 0; i < 3; ++i)
         Fax().SpostaDocumenti(static_cast<quint64>(100 + i), Selezione({presi[i]}), 2);
     Fax().SpostaDocumenti(200, Selezione({u"FAX-999999"_s}), 2);
@@ -191,10 +200,9 @@ TEST_F(Cartelle, MovesAskedTogetherAreAnsweredAndAnnouncedOnceTheyAreOnDisk)
         EXPECT_EQ(Fax().Trova(presi[i])->Coda, 2) << "moved in the index at once";
     EXPECT_EQ(spia.Notizie(), 0) << "no notice before the batch is on disk";
     EXPECT_TRUE(risposte.isEmpty()) << "no answer either";
-    const auto aParte = [&] {
-        return QDir(Fax().Radice() + u"/Coda_2"_s).entryList({u".tmp-*"_s}, QDir::Files | QDir::Hidden).size();
-    };
-    EXPECT_EQ(aParte(), 3) << "the new descriptions wait aside";
+    EXPECT_EQ(inode(descrizione(presi[0])), primo) << "the new description waits in the spare";
+    const ino_t riserva = inode(modDisco::NomeRiserva(descrizione(presi[0])));
+    EXPECT_NE(riserva, ino_t{0});
 
     QCoreApplication::processEvents();
     EXPECT_EQ(spia.Notizie(), 1) << "the batch's moves travel as one notice";
@@ -206,7 +214,8 @@ TEST_F(Cartelle, MovesAskedTogetherAreAnsweredAndAnnouncedOnceTheyAreOnDisk)
         EXPECT_EQ(risposte[i][1].toInt(), modContratto::Ok);
     }
     EXPECT_EQ(risposte[3][1].toInt(), modContratto::Rifiutato) << "a refusal waits its turn in the batch";
-    EXPECT_EQ(aParte(), 0);
+    EXPECT_EQ(inode(descrizione(presi[0])), riserva) << "in place";
+    EXPECT_EQ(inode(modDisco::NomeRiserva(descrizione(presi[0]))), primo) << "the old one kept as the next spare";
     ControllaCoerenza(Fax());
 
     // A batch still open when a worker moves one of its documents: completed first, so the
@@ -217,7 +226,6 @@ TEST_F(Cartelle, MovesAskedTogetherAreAnsweredAndAnnouncedOnceTheyAreOnDisk)
     ASSERT_EQ(spostati.size(), 5u) << "the batch's notice, then the worker's";
     EXPECT_EQ(spostati[3].Coda, 2);
     EXPECT_EQ(spostati[4].Coda, 5);
-    EXPECT_EQ(aParte(), 0);
     ControllaCoerenza(Fax());
     Apri(); // a start reads back what is on disk
     EXPECT_EQ(Fax().Trova(presi[3])->Coda, 5);

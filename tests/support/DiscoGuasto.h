@@ -28,6 +28,7 @@ public:
         return guasto ? -1 : esito;
     }
     int Rinomina(const char* da, const char* a, bool s) override { return Guasto() ? -1 : Operazioni::Rinomina(da, a, s); }
+    int Scambia(const char* a, const char* b) override { return Guasto() ? -1 : Operazioni::Scambia(a, b); }
     int CreaCartella(const char* p, mode_t m) override { return Guasto() ? -1 : Operazioni::CreaCartella(p, m); }
 
 private:
