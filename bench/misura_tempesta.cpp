@@ -71,6 +71,7 @@ struct Registro
 {
     std::mutex Mutex;
     QHash<QString, Orologio::time_point> Inviati; // "id|queue"
+    Orologio::time_point Inizio;                   // the storm's start
 };
 
 // A console's side of the server on a thread of its own.
@@ -125,6 +126,7 @@ public:
     std::atomic<int> mRighePerConfronto = 0;
     Orologio::time_point mRitrovata{};
     std::vector<double> mLatenze; // read once the thread is idle
+    std::vector<int> mSecondo;    // the second of the storm each move was asked in
 
 private:
     void AlMovimento(qint32 coda, const QString& id)
@@ -135,8 +137,10 @@ private:
         mRighe.insert(id, coda);
         std::lock_guard blocco(mRegistro.Mutex);
         const auto it = mRegistro.Inviati.constFind(id + u'|' + QString::number(coda));
-        if (it != mRegistro.Inviati.cend())
+        if (it != mRegistro.Inviati.cend()) {
             mLatenze.push_back(Ms(ora - it.value()));
+            mSecondo.push_back(static_cast<int>(Ms(it.value() - mRegistro.Inizio) / 1000));
+        }
     }
 
     QString mIndirizzo;
@@ -300,6 +304,10 @@ int main(int argc, char* argv[])
     qsizetype prossimo = 0;
     long long inviati = 0, riusciti = 0, falliti = 0;
     const Orologio::time_point inizio = Orologio::now();
+    {
+        std::lock_guard blocco(registro.Mutex);
+        registro.Inizio = inizio;
+    }
     const QTime inizioOra = QTime::currentTime().addMSecs(-1000); // whole seconds in the log
     QTimer passo;
     passo.setTimerType(Qt::PreciseTimer);
@@ -344,11 +352,19 @@ int main(int argc, char* argv[])
         QMetaObject::invokeMethod(s, [s] { s->Confronta(); });
     Attendi([&] { return std::all_of(sonde.begin(), sonde.end(), [](Sonda* s) { return s->mDiverse >= 0; }); });
 
-    std::vector<double> tutte;
+    std::vector<double> tutte, dopoIlPrimo; // every notice; those of moves asked after the storm's first second
+    std::vector<double> peggiorePerSecondo(static_cast<size_t>(secondi) + 1, 0.0);
     std::printf("\n| probe | notices | p50 ms | p99 ms | max ms | rows differing from a fresh listing |\n|---|---|---|---|---|---|\n");
     for (size_t i = 0; i < sonde.size(); ++i) {
         std::vector<double> l;
-        QMetaObject::invokeMethod(sonde[i], [&] { l = sonde[i]->mLatenze; }, Qt::BlockingQueuedConnection);
+        std::vector<int> quando;
+        QMetaObject::invokeMethod(sonde[i], [&] { l = sonde[i]->mLatenze; quando = sonde[i]->mSecondo; }, Qt::BlockingQueuedConnection);
+        for (size_t k = 0; k < l.size(); ++k) {
+            const auto s = static_cast<size_t>(std::clamp(quando[k], 0, secondi));
+            peggiorePerSecondo[s] = std::max(peggiorePerSecondo[s], l[k]);
+            if (s > 0)
+                dopoIlPrimo.push_back(l[k]);
+        }
         tutte.insert(tutte.end(), l.begin(), l.end());
         std::printf("| %zu | %zu | %.1f | %.1f | %.1f | %d of %d |\n", i + 1, l.size(), Percentile(l, 0.5), Percentile(l, 0.99),
                     l.empty() ? 0.0 : *std::max_element(l.begin(), l.end()), sonde[i]->mDiverse.load(),
@@ -357,6 +373,12 @@ int main(int argc, char* argv[])
     std::printf("\nmoves asked %lld in %.1f s (%.0f a second), done %lld, refused %lld; all answered after %.1f s\n", inviati,
                 durata, static_cast<double>(inviati) / durata, riusciti, falliti, finePassi);
     std::printf("notice latency over all probes: p50 %.1f ms, p99 %.1f ms\n", Percentile(tutte, 0.5), Percentile(tutte, 0.99));
+    std::printf("the same after the storm's first second: p50 %.1f ms, p99 %.1f ms\n", Percentile(dopoIlPrimo, 0.5),
+                Percentile(dopoIlPrimo, 0.99));
+    std::printf("longest notice latency by second of the storm (ms):");
+    for (const double m : peggiorePerSecondo)
+        std::printf(" %.0f", m);
+    std::printf("\n");
 
     // The server killed outright, then started again: the probes and the consoles bind again.
     server->kill();
