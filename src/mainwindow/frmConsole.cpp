@@ -91,7 +91,8 @@ frmConsole::frmConsole(PxContesto& contesto, QWidget* parent)
       mStato(new QLabel),
       mCollegamento(new QLabel),
       mContoAllaRovescia(new QTimer(this)),
-      mRuolo(new QLabel)
+      mRuolo(new QLabel),
+      mIdentita(new QLabel)
 {
     setObjectName(QStringLiteral("frmConsole"));
     const PxConsoleResDll& testi = mContesto.Testi();
@@ -155,6 +156,9 @@ frmConsole::frmConsole(PxContesto& contesto, QWidget* parent)
     mRuolo->setObjectName(QStringLiteral("lblRuolo"));
     mRuolo->setText(testi.LoadDllString(8085));
     mRuolo->setVisible(false);
+    // A normal widget, not a message: a menu's hint hides it for a while, and it comes back.
+    mIdentita->setObjectName(QStringLiteral("lblIdentita"));
+    statusBar()->addWidget(mIdentita, 1);
     statusBar()->addPermanentWidget(mCollegamento);
     statusBar()->addPermanentWidget(mRuolo);
     statusBar()->addPermanentWidget(mAttesa);
@@ -364,7 +368,7 @@ void frmConsole::Inizializza(frmApertura* apertura)
         CollegaServer();
         mInfoSistema->Inizializza();
         if (const PxSrvServer* server = mContesto.Server())
-            statusBar()->showMessage(server->Identificativo() + QStringLiteral("  —  ") + server->Cartella());
+            mIdentita->setText(server->Identificativo() + QStringLiteral("  —  ") + server->Cartella());
     });
 }
 

@@ -159,6 +159,7 @@ private:
     QTimer* mContoAllaRovescia;
     QDeadlineTimer mProssimoTentativo;
     QLabel* mRuolo; // shown when the server lets this console only read
+    QLabel* mIdentita; // the server and its folder, under any passing message
     QString mChiaveVisualizzata;
     bool mPrimaDisposizione = false;
     QByteArray mPannelliSalvati; // restored again at the first show

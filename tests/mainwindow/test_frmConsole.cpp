@@ -376,6 +376,19 @@ TEST_F(Cornice, APrintersNodeShowsThatPrinterAndSendsItsTestPageWithNoSelection)
         << qPrintable(mConsole->statusBar()->currentMessage());
 }
 
+// The server and its folder stay on the status bar's left: a menu's hint or a passing message
+// covers them for a while, and they come back.
+TEST_F(Cornice, TheServersNameComesBackAfterAPassingMessage)
+{
+    auto* identita = mConsole->findChild<QLabel*>(u"lblIdentita"_s);
+    ASSERT_NE(identita, nullptr);
+    EXPECT_TRUE(identita->text().endsWith(mServer.Dir.path())) << qPrintable(identita->text());
+    mConsole->statusBar()->showMessage(u"Sposta i documenti selezionati in un'altra coda"_s);
+    EXPECT_FALSE(identita->isVisible());
+    mConsole->statusBar()->clearMessage(); // the pointer leaves the menu
+    EXPECT_TRUE(identita->isVisible());
+}
+
 TEST_F(Cornice, TheNodeOnDisplayAtCloseIsShownAgainAtTheNextStart)
 {
     Vai(u"SrvDocFax"_s);
