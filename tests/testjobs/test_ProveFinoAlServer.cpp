@@ -108,7 +108,7 @@ const Caso Casi[] = {
     {"PaginaPcl", Origine::PaginaDiProva, Variante::Standard, "PxSrvStampe", "PxSrvDocStampe",
      {}, 4, "Laser produzione"},
     {"PaginaPostScript", Origine::PaginaDiProva, Variante::Standard, "PxSrvStampe", "PxSrvDocStampe",
-     {}, 5, "PostScript grafica"},
+     {}, 13, "PostScript grafica"},
     {"EtichettaDatamaxDpl", Origine::PaginaDiProva, Variante::Standard, "PxSrvStampe", "PxSrvDocStampe",
      {}, 1, "Etichette magazzino"},
     {"EtichettaZebraZpl", Origine::PaginaDiProva, Variante::Standard, "PxSrvStampe", "PxSrvDocStampe",
@@ -122,6 +122,19 @@ const Caso Casi[] = {
 
 // The printer's number in the management system, one per model code.
 int NumeroStampante(const Caso& c) { return 40 + c.Modello; }
+
+// The key of the demo's printer of the case's model and name ("" when there is none).
+QString ChiaveNellaDemo(const PxSrvServizio* stampe, const Caso& c)
+{
+    pugi::xml_document stato;
+    if (!stampe || !stampe->LeggiStato(stato))
+        return {};
+    for (const pugi::xml_node s : stato.document_element().child("Stampanti").children("Stampante"))
+        if (QString::fromUtf8(s.child_value("NomeStampanteWindows")) == QString::fromUtf8(c.Stampante)
+            && s.child("Modello").child("Codice").text().as_int(-1) == c.Modello)
+            return QString::fromUtf8(s.child_value("Chiave"));
+    return {};
+}
 
 // The keyring of the test's own: the forms remember a password there.
 QHash<QString, QString> Chiavi;
@@ -227,17 +240,23 @@ protected:
             }
             return consegnati[0][1].toString();
         }
-        // The printer test page: a printer of the case's model joins the printing service, and
-        // the command's own steps write its page.
-        const QString chiave = u"prova-"_s + QString::fromLatin1(c.Nome);
+        // The printer test page: a printer of the case's model joins the printing service (a
+        // server in another process has the demo's printer of that model and name), and the
+        // command's own steps write its page.
         const QString nome = QString::fromUtf8(c.Stampante);
-        const int numero = NumeroStampante(c);
-        EXPECT_TRUE(sServer->Ref->AggiungiStampante(
-            uR"(<Stampante><Chiave>%1</Chiave><NumeroTarquel>%2</NumeroTarquel><NomeStampanteWindows>%3</NomeStampanteWindows>
+        PxSrvServizio* stampe = sServer->Server->Servizio(u"PxSrvStampe"_s);
+        const QString chiave = sServer->Ref ? u"prova-"_s + QString::fromLatin1(c.Nome) : ChiaveNellaDemo(stampe, c);
+        if (chiave.isEmpty()) {
+            ADD_FAILURE() << "the demo has no printer " << c.Stampante;
+            return {};
+        }
+        if (sServer->Ref) {
+            EXPECT_TRUE(sServer->Ref->AggiungiStampante(
+                uR"(<Stampante><Chiave>%1</Chiave><NumeroTarquel>%2</NumeroTarquel><NomeStampanteWindows>%3</NomeStampanteWindows>
 <Modello><Codice>%4</Codice></Modello><InfoStampante><DriverName>Driver di prova</DriverName><PortName>LPT1:</PortName>
 </InfoStampante><Margini><Superiore>5</Superiore><Sinistro>4</Sinistro><Destro>4</Destro><Inferiore>6</Inferiore></Margini>
-</Stampante>)"_s.arg(chiave).arg(numero).arg(nome.toHtmlEscaped()).arg(c.Modello)));
-        PxSrvServizio* stampe = sServer->Server->Servizio(u"PxSrvStampe"_s);
+</Stampante>)"_s.arg(chiave).arg(NumeroStampante(c)).arg(nome.toHtmlEscaped()).arg(c.Modello)));
+        }
         pugi::xml_document stato;
         if (!stampe || !Attendi([&] {
                 return stampe->LeggiStato(stato) && modContenuto::StampanteDellaChiave(stato.document_element(), chiave);
@@ -287,8 +306,6 @@ int CodaNellElenco(PxSrvCartellaDocumenti& cartella, const QString& id)
 TEST_P(ProveFinoAlServer, TheJobBecomesADocumentWithWhatTheConsoleSet)
 {
     const Caso& c = GetParam();
-    if (c.Da == Origine::PaginaDiProva)
-        RICHIEDE_SERVER_IN_LINEA(*sServer) << " (a printer of the case's model joins the printing service)";
     const QString id = Invia(c);
     ASSERT_FALSE(id.isEmpty());
 
@@ -313,7 +330,8 @@ TEST_P(ProveFinoAlServer, TheJobBecomesADocumentWithWhatTheConsoleSet)
     if (c.Da == Origine::PaginaDiProva) {
         const QString nome = QString::fromUtf8(c.Stampante);
         attesi.push_back({"Stampante", nome});
-        attesi.push_back({"Numero", QString::number(NumeroStampante(c))});
+        if (sServer->Ref) // the demo's printers have numbers of their own
+            attesi.push_back({"Numero", QString::number(NumeroStampante(c))});
         attesi.push_back({"Descrizione", u"Stampa pagina di prova di "_s + nome});
     }
     for (const Atteso& a : attesi) {
