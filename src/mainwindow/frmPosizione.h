@@ -59,6 +59,8 @@ public:
     // Called with the selected node's caption and key when the selection timer fires and
     // the node differs from the one on display.
     void ImpostaNavigazione(Navigazione navigazione) { mNavigazione = std::move(navigazione); }
+    // Whether a selection still waits for the timer (a burst of them navigates once, after).
+    bool NavigazioneInAttesa() const { return mobjTimerPosizione.isActive(); }
     void ImpostaChiaveVisualizzata(const QString& chiave) { mChiaveVisualizzata = chiave; }
     QString ChiaveVisualizzata() const { return mChiaveVisualizzata; }
 

@@ -464,14 +464,16 @@ TEST_F(Albero, ABurstOfSelectionsNavigatesOnceToTheLast)
         navigazioni << chiave;
         mPosizione->ImpostaChiaveVisualizzata(chiave);
     });
-    QTest::qWait(60);
+    const auto quieto = [&] { return QTest::qWaitFor([&] { return !mPosizione->NavigazioneInAttesa(); }, 5000); };
+    ASSERT_TRUE(quieto());
     navigazioni.clear();
     for (const char* testo : {"Fax", "Email", "Stampe", "Ftp", "Fax", "Email", "Stampe", "Ftp", "Firme", "Fax"})
         mPosizione->Albero()->setCurrentItem(Nodo(QString::fromLatin1(testo)));
-    QTest::qWait(80);
+    EXPECT_TRUE(mPosizione->NavigazioneInAttesa());
+    ASSERT_TRUE(quieto());
     EXPECT_EQ(navigazioni, QStringList{QStringLiteral("SrvFax")});
     emit mPosizione->Albero()->itemClicked(Nodo(QStringLiteral("Fax")), 0); // the node already on display
-    QTest::qWait(80);
+    ASSERT_TRUE(quieto());
     EXPECT_EQ(navigazioni.size(), 1);
 }
 
